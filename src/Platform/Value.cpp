@@ -1,0 +1,118 @@
+#include "Platform/Value.h"
+
+#include <cctype>
+#include <cstdlib>
+#include <sstream>
+
+namespace vantro {
+
+namespace {
+
+// Scans a leading decimal number the way NSString's integerValue and
+// doubleValue do: optional white space and sign, then digits; no digits is 0.
+double scanNumber(const std::string& s) {
+    const char* begin = s.c_str();
+    char* end = nullptr;
+    double d = std::strtod(begin, &end);
+    return end == begin ? 0.0 : d;
+}
+
+std::int64_t scanInteger(const std::string& s) {
+    const char* begin = s.c_str();
+    char* end = nullptr;
+    long long i = std::strtoll(begin, &end, 10);
+    return end == begin ? 0 : static_cast<std::int64_t>(i);
+}
+
+}  // namespace
+
+std::int64_t Value::integerValue() const {
+    switch (type()) {
+    case Type::Boolean: return std::get<bool>(storage_) ? 1 : 0;
+    case Type::Integer: return std::get<std::int64_t>(storage_);
+    case Type::Real: return static_cast<std::int64_t>(std::get<double>(storage_));
+    case Type::String: return scanInteger(std::get<std::string>(storage_));
+    default: return 0;
+    }
+}
+
+double Value::doubleValue() const {
+    switch (type()) {
+    case Type::Boolean: return std::get<bool>(storage_) ? 1.0 : 0.0;
+    case Type::Integer: return static_cast<double>(std::get<std::int64_t>(storage_));
+    case Type::Real: return std::get<double>(storage_);
+    case Type::String: return scanNumber(std::get<std::string>(storage_));
+    default: return 0.0;
+    }
+}
+
+bool Value::boolValue() const {
+    if (type() == Type::String) {
+        // NSString's boolValue: Y, y, T, t or a non-zero digit after white space and sign.
+        const std::string& s = std::get<std::string>(storage_);
+        for (char c : s) {
+            if (std::isspace(static_cast<unsigned char>(c)) || c == '+' || c == '-' || c == '0') continue;
+            return c == 'Y' || c == 'y' || c == 'T' || c == 't' || (c >= '1' && c <= '9');
+        }
+        return false;
+    }
+    return doubleValue() != 0.0;
+}
+
+std::optional<std::string> Value::string() const {
+    if (const auto* s = std::get_if<std::string>(&storage_)) return *s;
+    return std::nullopt;
+}
+
+const Value* Value::find(std::string_view key) const {
+    const auto* dict = dictionary();
+    if (!dict) return nullptr;
+    auto it = dict->find(key);
+    return it == dict->end() ? nullptr : &it->second;
+}
+
+const Value* Value::findKeyPath(std::string_view keyPath) const {
+    const Value* current = this;
+    while (current) {
+        auto dot = keyPath.find('.');
+        if (dot == std::string_view::npos) return current->find(keyPath);
+        current = current->find(keyPath.substr(0, dot));
+        keyPath.remove_prefix(dot + 1);
+    }
+    return nullptr;
+}
+
+std::string Value::description() const {
+    std::ostringstream out;
+    switch (type()) {
+    case Type::Null: out << "(null)"; break;
+    case Type::Boolean: out << (std::get<bool>(storage_) ? "YES" : "NO"); break;
+    case Type::Integer: out << std::get<std::int64_t>(storage_); break;
+    case Type::Real: out << std::get<double>(storage_); break;
+    case Type::String: out << '"' << std::get<std::string>(storage_) << '"'; break;
+    case Type::Data: out << "<" << std::get<vantro::Data>(storage_).bytes.size() << " bytes>"; break;
+    case Type::Array: {
+        out << '(';
+        bool first = true;
+        for (const auto& v : std::get<Array>(storage_)) {
+            out << (first ? "" : ", ") << v.description();
+            first = false;
+        }
+        out << ')';
+        break;
+    }
+    case Type::Dictionary: {
+        out << '{';
+        bool first = true;
+        for (const auto& [k, v] : std::get<Dictionary>(storage_)) {
+            out << (first ? "" : "; ") << k << " = " << v.description();
+            first = false;
+        }
+        out << '}';
+        break;
+    }
+    }
+    return out.str();
+}
+
+}  // namespace vantro

@@ -1,0 +1,151 @@
+#include "Simulator/SimulatedMac.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <system_error>
+
+#include "Platform/PosixFileSystem.h"
+
+#ifndef VANTRO_RESOURCES_DIR
+#define VANTRO_RESOURCES_DIR "Resources"
+#endif
+
+namespace vantro::sim {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The platform as the framework sees it: the simulated Mac's components.
+class SimPlatform : public Platform {
+public:
+    explicit SimPlatform(SimulatedMac& mac) : mac_(mac) {}
+    System& system() override { return mac_.system(); }
+    FileSystem& fileSystem() override { return mac_.fileSystem(); }
+    RunLoop& runLoop() override { return mac_.runLoop(); }
+    Defaults& defaults() override { return mac_.defaults(); }
+    Bundles& bundles() override { return mac_.bundles(); }
+    Log& log() override { return mac_.log(); }
+    AssertionHandler& assertionHandler() override { return mac_.assertionHandler(); }
+    Alerts& alerts() override { return mac_.alerts(); }
+    Workspace& workspace() override { return mac_.workspace(); }
+
+private:
+    SimulatedMac& mac_;
+};
+
+std::string makeTemporaryRoot() {
+    std::string pattern = (fs::temp_directory_path() / "vantro-mac-XXXXXX").string();
+    if (!mkdtemp(pattern.data())) return (fs::temp_directory_path() / "vantro-mac").string();
+    return pattern;
+}
+
+// Plain permission bits set by tests would stop the clean-up: give them back.
+void makeRemovable(const std::string& root) {
+    std::error_code ec;
+    for (fs::recursive_directory_iterator it(root, fs::directory_options::skip_permission_denied, ec), end; !ec && it != end;
+         it.increment(ec)) {
+        fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
+    }
+}
+
+}  // namespace
+
+double MacConfiguration::appKitVersionNumber() const {
+    if (appKitVersion) return *appKitVersion;
+    auto r = MacRelease::named(release);
+    return r ? r->appKitVersionNumber : 0;
+}
+
+SimulatedMac::SimulatedMac(MacConfiguration configuration)
+    : configuration_(std::move(configuration)),
+      release_(MacRelease::named(configuration_.release).value_or(*MacRelease::named("10.15"))) {
+    if (configuration_.resourcesDirectory.empty()) configuration_.resourcesDirectory = VANTRO_RESOURCES_DIR;
+    root_ = makeTemporaryRoot();
+    home_ = root_ + "/Users/" + configuration_.userName;
+    hostBundle_ = root_ + "/Applications/" + configuration_.hostName + ".app";
+
+    runLoop_ = std::make_unique<SimRunLoop>();
+    system_ = std::make_unique<SimSystem>(*this);
+    defaults_ = std::make_unique<SimDefaults>(*this);
+    bundles_ = std::make_unique<SimBundles>(*this);
+    log_ = std::make_unique<SimLog>(*this);
+    assertions_ = std::make_unique<SimAssertionHandler>(*this);
+    alerts_ = std::make_unique<SimAlerts>(*this);
+    workspace_ = std::make_unique<SimWorkspace>(*this);
+    fileSystem_ = std::make_unique<PosixFileSystem>(home_);
+
+    buildDisk();
+    defaults_->setUserLanguages(configuration_.languages);
+    workspace_->install({configuration_.hostBundleIdentifier, configuration_.hostName, "file://" + hostBundle_ + "/", 0.5});
+    workspace_->host_ = workspace_->start(configuration_.hostBundleIdentifier);
+    workspace_->front_ = workspace_->host_;
+    workspace_->setURLHandler("x-apple.systempreferences", [this](const std::string& url) {
+        record("System Preferences", "opens " + url);
+        return true;
+    });
+
+    process_ = std::make_unique<HostProcess>(std::make_unique<SimPlatform>(*this));
+    HostProcess::install(process_.get());
+    record("system", "macOS " + release_.name + " (" + release_.marketingName + "), AppKit " +
+                         std::to_string(configuration_.appKitVersionNumber()).substr(0, 7) +
+                         (configuration_.sandboxed ? ", sandboxed host " : ", host ") + configuration_.hostName);
+}
+
+SimulatedMac::~SimulatedMac() {
+    // The process goes first: the framework's objects unregister from the
+    // platform while it still exists.
+    process_.reset();
+    makeRemovable(root_);
+    std::error_code ec;
+    fs::remove_all(root_, ec);
+}
+
+double SimulatedMac::now() const { return runLoop_->now(); }
+
+void SimulatedMac::record(std::string_view actor, std::string_view text) { timeline_.record(now(), actor, text); }
+
+void SimulatedMac::userDoes(double delay, std::string description, std::function<void()> action) {
+    runLoop_->scheduleUserEvent(delay, [this, description = std::move(description), action = std::move(action)] {
+        record("user", description);
+        action();
+    });
+}
+
+std::string SimulatedMac::realPath(std::string_view macPath) const {
+    std::string path(macPath);
+    if (path.rfind(root_, 0) == 0) return path;
+    if (path.empty() || path.front() != '/') return root_ + "/" + path;
+    return root_ + path;
+}
+
+void SimulatedMac::makeHomeDirectory(std::string_view relativePath) {
+    std::error_code ec;
+    fs::create_directories(fs::path(home_) / relativePath, ec);
+}
+
+void SimulatedMac::buildDisk() {
+    std::error_code ec;
+    fs::create_directories(home_, ec);
+    writeHostBundle();
+}
+
+void SimulatedMac::writeHostBundle() {
+    std::error_code ec;
+    fs::path resources = fs::path(hostBundle_) / "Contents" / "Resources";
+    fs::create_directories(resources / "en.lproj", ec);
+    fs::create_directories(resources / "de.lproj", ec);
+    // The host's own translations of the refusal alert.
+    std::ofstream(resources / "en.lproj" / "Localizable.strings")
+        << "\"Permission Refused\" = \"Permission Refused\";\n"
+           "\"Visit System Privacy Preferences to grant permission.\" = \"Visit System Privacy Preferences to grant permission.\";\n"
+           "\"Open Privacy Preferences\" = \"Open Privacy Preferences\";\n"
+           "\"Cancel\" = \"Cancel\";\n";
+    std::ofstream(resources / "de.lproj" / "Localizable.strings")
+        << "\"Permission Refused\" = \"Zugriff verweigert\";\n"
+           "\"Visit System Privacy Preferences to grant permission.\" = \"Erteile die Berechtigung in den Datenschutz-Einstellungen.\";\n"
+           "\"Open Privacy Preferences\" = \"Datenschutz öffnen\";\n"
+           "\"Cancel\" = \"Abbrechen\";\n";
+}
+
+}  // namespace vantro::sim

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/HostProcess.h"
+#include "Simulator/MacRelease.h"
+#include "Simulator/SimAlerts.h"
+#include "Simulator/SimBundles.h"
+#include "Simulator/SimDefaults.h"
+#include "Simulator/SimDiagnostics.h"
+#include "Simulator/SimRunLoop.h"
+#include "Simulator/SimSystem.h"
+#include "Simulator/SimWorkspace.h"
+#include "Simulator/Timeline.h"
+
+namespace vantro {
+class PosixFileSystem;
+}
+
+namespace vantro::sim {
+
+// What the simulated Mac is made of; every field has a plain default.
+struct MacConfiguration {
+    std::string release = "10.15";
+    // Overrides the release's AppKit version number (for tests at a threshold).
+    std::optional<double> appKitVersion;
+    bool sandboxed = false;
+    std::string hostName = "Vantro Demo";
+    std::string hostBundleIdentifier = "com.example.VantroDemo";
+    std::string userName = "alice";
+    std::vector<std::string> languages = {"en"};
+    // The framework's resources: the project's Resources folder by default.
+    std::string resourcesDirectory;
+    bool userDatabaseHasEntry = true;
+    bool staticCodeCreationFails = false;
+    bool requirementCreationFails = false;
+
+    double appKitVersionNumber() const;
+};
+
+// A deterministic Mac: a virtual clock and run loop, a disk of its own (a
+// temporary folder that stands for "/"), the host application and its
+// bundle, user defaults, the framework's real resources, alerts answered by a
+// scripted user, and a timeline of everything that happened.
+//
+// Creating one installs its HostProcess as the current one; destroying it
+// removes it, so each simulated Mac is a fresh process.
+class SimulatedMac {
+public:
+    explicit SimulatedMac(MacConfiguration configuration = {});
+    SimulatedMac(const SimulatedMac&) = delete;
+    SimulatedMac& operator=(const SimulatedMac&) = delete;
+    ~SimulatedMac();
+
+    const MacConfiguration& configuration() const { return configuration_; }
+    const MacRelease& release() const { return release_; }
+    HostProcess& process() { return *process_; }
+
+    SimRunLoop& runLoop() { return *runLoop_; }
+    SimSystem& system() { return *system_; }
+    SimDefaults& defaults() { return *defaults_; }
+    SimBundles& bundles() { return *bundles_; }
+    SimLog& log() { return *log_; }
+    SimAssertionHandler& assertionHandler() { return *assertions_; }
+    SimAlerts& alerts() { return *alerts_; }
+    SimWorkspace& workspace() { return *workspace_; }
+    PosixFileSystem& fileSystem() { return *fileSystem_; }
+    Timeline& timeline() { return timeline_; }
+
+    double now() const;
+    void runOnePass() { runLoop_->runOnePass(); }
+    void runFor(double seconds) { runLoop_->runFor(seconds); }
+    bool runUntilIdle(double limit = 120.0) { return runLoop_->runUntilIdle(limit); }
+    // Schedules something the user does, `delay` seconds from now, with a
+    // line on the timeline when it happens.
+    void userDoes(double delay, std::string description, std::function<void()> action);
+
+    void record(std::string_view actor, std::string_view text);
+
+    // The real folder that stands for the Mac's "/", and paths on it.
+    const std::string& rootDirectory() const { return root_; }
+    // A path as the framework sees it: under the root, whatever it was given.
+    std::string realPath(std::string_view macPath) const;
+    std::string homeDirectory() const { return home_; }
+    std::string hostBundlePath() const { return hostBundle_; }
+
+    // Makes a folder (and its parents) under the home directory.
+    void makeHomeDirectory(std::string_view relativePath);
+
+private:
+    void buildDisk();
+    void writeHostBundle();
+
+    MacConfiguration configuration_;
+    MacRelease release_;
+    Timeline timeline_;
+    std::string root_;
+    std::string home_;
+    std::string hostBundle_;
+    // Components live as long as the process; the platform hands them out.
+    std::unique_ptr<SimRunLoop> runLoop_;
+    std::unique_ptr<SimSystem> system_;
+    std::unique_ptr<SimDefaults> defaults_;
+    std::unique_ptr<SimBundles> bundles_;
+    std::unique_ptr<SimLog> log_;
+    std::unique_ptr<SimAssertionHandler> assertions_;
+    std::unique_ptr<SimAlerts> alerts_;
+    std::unique_ptr<SimWorkspace> workspace_;
+    std::unique_ptr<PosixFileSystem> fileSystem_;
+    std::unique_ptr<HostProcess> process_;
+};
+
+}  // namespace vantro::sim

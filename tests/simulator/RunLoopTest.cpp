@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "Simulator/SimulatedMac.h"
+
+namespace vantro::sim {
+namespace {
+
+TEST(SimRunLoop, WorkDueAtOneInstantRunsInSchedulingOrder) {
+    SimRunLoop loop;
+    std::vector<std::string> order;
+    loop.scheduledTimer(0.5, false, [&](Timer&) { order.push_back("timer A"); });
+    loop.performAfterDelay(nullptr, "perform", 0.5, [&] { order.push_back("perform"); });
+    loop.dispatchAfterMain(0.5, [&] { order.push_back("main queue"); });
+    loop.scheduledTimer(0.5, false, [&](Timer&) { order.push_back("timer B"); });
+    loop.scheduledTimer(0.2, false, [&](Timer&) { order.push_back("earlier"); });
+    loop.runFor(1.0);
+    EXPECT_EQ(order, (std::vector<std::string>{"earlier", "timer A", "perform", "main queue", "timer B"}));
+    EXPECT_DOUBLE_EQ(loop.now(), 1.0);
+}
+
+TEST(SimRunLoop, AZeroIntervalTimerFiresOnTheNextPassNotThisOne) {
+    SimRunLoop loop;
+    int fired = 0;
+    loop.dispatchAsyncMain([&] { loop.scheduledTimer(0, false, [&](Timer&) { ++fired; }); });
+    EXPECT_EQ(loop.runOnePass(), 1u);
+    EXPECT_EQ(fired, 0);
+    loop.runOnePass();
+    EXPECT_EQ(fired, 1);
+    EXPECT_DOUBLE_EQ(loop.now(), 0.0);
+}
+
+TEST(SimRunLoop, RepeatingTimersKeepTheirCadenceUntilInvalidated) {
+    SimRunLoop loop;
+    std::vector<double> times;
+    auto timer = loop.scheduledTimer(1.0, true, [&](Timer&) { times.push_back(loop.now()); });
+    loop.runFor(3.5);
+    timer->invalidate();
+    loop.runFor(3.0);
+    EXPECT_EQ(times, (std::vector<double>{1.0, 2.0, 3.0}));
+    EXPECT_FALSE(timer->isValid());
+    EXPECT_EQ(loop.pendingTimers(), 0u);
+}
+
+TEST(SimRunLoop, CancelledPerformsDoNotRunAndOthersDo) {
+    SimRunLoop loop;
+    int a = 0, b = 0, other = 0;
+    int targetA = 0, targetB = 0;
+    loop.performAfterDelay(&targetA, "update", 0.1, [&] { ++a; });
+    loop.performAfterDelay(&targetA, "update", 0.1, [&] { ++a; });
+    loop.performAfterDelay(&targetA, "other", 0.1, [&] { ++other; });
+    loop.performAfterDelay(&targetB, "update", 0.1, [&] { ++b; });
+    EXPECT_EQ(loop.pendingPerforms(&targetA, "update"), 2u);
+    loop.cancelPreviousPerformRequests(&targetA, "update");
+    loop.cancelPreviousPerformRequests(&targetA, "never scheduled");
+    loop.runFor(1);
+    EXPECT_EQ(a, 0);
+    EXPECT_EQ(other, 1);
+    EXPECT_EQ(b, 1);
+}
+
+TEST(SimRunLoop, OnlyMainQueueAndOutsideWorkRunInTheModalMode) {
+    SimRunLoop loop;
+    std::vector<std::string> ran;
+    loop.scheduledTimer(0.1, false, [&](Timer&) { ran.push_back("timer"); });
+    loop.performAfterDelay(nullptr, "perform", 0.1, [&] { ran.push_back("perform"); });
+    loop.dispatchAfterMain(0.1, [&] { ran.push_back("main queue"); });
+    loop.dispatchOnSystemQueue(0.1, [&] { ran.push_back(loop.isMainThread() ? "system on main" : "system"); });
+    bool done = false;
+    loop.scheduleUserEvent(1.0, [&] { done = true; });
+    EXPECT_TRUE(loop.runModeUntil(NSModalPanelRunLoopMode, [&] { return done; }, 10));
+    EXPECT_EQ(ran, (std::vector<std::string>{"main queue", "system"}));
+    EXPECT_DOUBLE_EQ(loop.now(), 1.0);
+    loop.runOnePass();
+    EXPECT_EQ(ran, (std::vector<std::string>{"main queue", "system", "timer", "perform"}));
+}
+
+TEST(SimRunLoop, ATimerDoesNotFireWhileAModalAlertRunsTheLoop) {
+    SimulatedMac mac;
+    auto& loop = mac.runLoop();
+    double firedAt = -1;
+    loop.scheduledTimer(0.5, false, [&](Timer&) { firedAt = loop.now(); });
+    mac.alerts().answerNext(0, 2.0);
+    loop.dispatchAsyncMain([&] { mac.alerts().runModal({AlertStyle::Warning, "Title", "Text", {"OK"}}); });
+    mac.runFor(5);
+    EXPECT_DOUBLE_EQ(firedAt, 2.0);  // due at 0.5, held until the alert was answered at 2.0
+    ASSERT_EQ(mac.alerts().shown().size(), 1u);
+    EXPECT_EQ(mac.alerts().shown()[0].response, NSAlertFirstButtonReturn);
+}
+
+TEST(SimRunLoop, RunUntilIdleIgnoresRepeatingTimersButNotSelfRenewingWork) {
+    SimRunLoop loop;
+    int ticks = 0;
+    loop.scheduledTimer(1.0, true, [&](Timer&) { ++ticks; });
+    loop.performAfterDelay(nullptr, "once", 2.5, [] {});
+    EXPECT_TRUE(loop.runUntilIdle());
+    EXPECT_DOUBLE_EQ(loop.now(), 2.5);
+    EXPECT_EQ(ticks, 2);
+
+    std::function<void()> renew = [&] { loop.performAfterDelay(nullptr, "retry", 0.5, renew); };
+    renew();
+    EXPECT_FALSE(loop.runUntilIdle(10));
+    EXPECT_DOUBLE_EQ(loop.now(), 12.5);
+}
+
+TEST(SimAlerts, UnansweredAlertsAreGivenUpAndDefaultAnswersPressTheLastButton) {
+    SimulatedMac mac;
+    EXPECT_EQ(mac.alerts().runModal({AlertStyle::Warning, "A", "", {"Open", "Cancel"}}), NSAlertSecondButtonReturn);
+    mac.alerts().answerNext(std::nullopt);
+    EXPECT_EQ(mac.alerts().runModal({AlertStyle::Warning, "B", "", {"Open", "Cancel"}}), NSModalResponseAbort);
+    EXPECT_TRUE(mac.timeline().contains("given up"));
+}
+
+}  // namespace
+}  // namespace vantro::sim

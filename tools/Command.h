@@ -1,0 +1,45 @@
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Simulator/SimulatedMac.h"
+
+namespace vantro::tool {
+
+// Exit codes of vantro-sim.
+inline constexpr int ExitOK = 0;
+inline constexpr int ExitUsage = 2;
+
+// The arguments of one command, consumed left to right.
+class Arguments {
+public:
+    explicit Arguments(std::vector<std::string> args) : args_(std::move(args)) {}
+    bool empty() const { return position_ >= args_.size(); }
+    const std::string& peek() const { return args_[position_]; }
+    std::string next() { return args_[position_++]; }
+    // The value after an option; nullopt when it is missing.
+    std::optional<std::string> value() {
+        if (empty()) return std::nullopt;
+        return next();
+    }
+
+private:
+    std::vector<std::string> args_;
+    std::size_t position_ = 0;
+};
+
+// A usage error: the message goes to standard error with the usage text.
+struct UsageError {
+    std::string message;
+};
+
+// Reads "--macos VERSION" and "--sandboxed" into a configuration; returns
+// false when the argument is neither.
+bool readMacOption(const std::string& option, Arguments& args, sim::MacConfiguration& configuration);
+
+int runStatus(Arguments args, std::ostream& out);
+
+}  // namespace vantro::tool

@@ -1,0 +1,104 @@
+#include <iomanip>
+#include <ostream>
+#include <sstream>
+
+#include "Command.h"
+#include "StatusCenter/VantroRequestStatusCenter.h"
+
+namespace vantro::tool {
+
+namespace {
+
+const char* statusName(PrivacyAuthorizationStatus status) {
+    switch (status) {
+    case PrivacyAuthorizationStatusNotDetermined: return "not determined";
+    case PrivacyAuthorizationStatusDenied: return "denied";
+    case PrivacyAuthorizationStatusAuthorized: return "authorized";
+    default: return "?";
+    }
+}
+
+const char* requestTypeName(PrivacyAuthorizationRequestType type) {
+    switch (type) {
+    case PrivacyAuthorizationRequestTypeGrant: return "grant";
+    case PrivacyAuthorizationRequestTypeCheck: return "check";
+    default: return "request";
+    }
+}
+
+std::string jsonString(std::string_view s) {
+    std::string out = "\"";
+    for (char c : s) {
+        if (c == '"' || c == '\\') out += '\\';
+        out += c;
+    }
+    return out + "\"";
+}
+
+}  // namespace
+
+bool readMacOption(const std::string& option, Arguments& args, sim::MacConfiguration& configuration) {
+    if (option == "--macos") {
+        auto version = args.value();
+        if (!version) throw UsageError{"--macos needs a VERSION"};
+        if (!sim::MacRelease::named(*version)) throw UsageError{"unknown macOS version \"" + *version + "\""};
+        configuration.release = *version;
+        return true;
+    }
+    if (option == "--sandboxed") {
+        configuration.sandboxed = true;
+        return true;
+    }
+    return false;
+}
+
+int runStatus(Arguments args, std::ostream& out) {
+    sim::MacConfiguration configuration;
+    bool json = false;
+    while (!args.empty()) {
+        std::string option = args.next();
+        if (readMacOption(option, args, configuration)) continue;
+        if (option == "--json") {
+            json = true;
+            continue;
+        }
+        throw UsageError{"unknown option \"" + option + "\" for status"};
+    }
+
+    sim::SimulatedMac mac(configuration);
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    struct Row {
+        std::string identifier;
+        PrivacyAuthorizationStatus status;
+        PrivacyAuthorizationRequestType type;
+    };
+    std::vector<Row> rows;
+    for (auto identifier : VantroPrivacyAllIdentifiers) {
+        rows.push_back({std::string(identifier), center->privacyAuthorizationStatusForIdentifier(identifier),
+                        center->authorizationRequestTypeForIdentifier(identifier)});
+    }
+
+    if (json) {
+        out << "[\n";
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            out << "  {\"identifier\": " << jsonString(rows[i].identifier) << ", \"status\": " << rows[i].status
+                << ", \"requestType\": " << rows[i].type << "}" << (i + 1 < rows.size() ? "," : "") << "\n";
+        }
+        out << "]\n";
+        return ExitOK;
+    }
+    out << "macOS " << mac.release().name << " (" << mac.release().marketingName << "), AppKit "
+        << std::fixed << std::setprecision(2) << mac.configuration().appKitVersionNumber()
+        << (configuration.sandboxed ? ", sandboxed host" : "") << "\n\n";
+    out << std::left << std::setw(28) << "IDENTIFIER" << std::setw(20) << "STATUS" << "REQUEST TYPE\n";
+    for (const auto& row : rows) {
+        std::ostringstream status;
+        status << row.status << " " << statusName(row.status);
+        std::ostringstream type;
+        type << row.type << " " << requestTypeName(row.type);
+        out << std::setw(28) << row.identifier << std::setw(20) << status.str() << type.str() << "\n";
+    }
+    return ExitOK;
+}
+
+}  // namespace vantro::tool

@@ -1,0 +1,45 @@
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "Command.h"
+
+namespace {
+
+const char* usage =
+    "usage: vantro-sim COMMAND [OPTIONS]\n"
+    "\n"
+    "Runs Vantro on a simulated Mac.\n"
+    "\n"
+    "Commands:\n"
+    "  status [--macos VERSION] [--sandboxed] [--json]\n"
+    "      Prints every privacy category's identifier, status and request type\n"
+    "      as the status center answers them on a fresh simulated Mac.\n"
+    "\n"
+    "  --help    prints this text\n"
+    "\n"
+    "VERSION is one of 10.9 10.10 10.11 10.12 10.13 10.14 10.15 11 12 13 14 15\n"
+    "(default 10.15).\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::string> args(argv + 1, argv + argc);
+    if (args.empty()) {
+        std::cerr << usage;
+        return vantro::tool::ExitUsage;
+    }
+    std::string command = args.front();
+    vantro::tool::Arguments rest(std::vector<std::string>(args.begin() + 1, args.end()));
+    try {
+        if (command == "--help" || command == "-h" || command == "help") {
+            std::cout << usage;
+            return vantro::tool::ExitOK;
+        }
+        if (command == "status") return vantro::tool::runStatus(std::move(rest), std::cout);
+        throw vantro::tool::UsageError{"unknown command \"" + command + "\""};
+    } catch (const vantro::tool::UsageError& error) {
+        std::cerr << "vantro-sim: " << error.message << "\n\n" << usage;
+        return vantro::tool::ExitUsage;
+    }
+}
