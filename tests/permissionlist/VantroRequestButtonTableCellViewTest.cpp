@@ -1,0 +1,198 @@
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "PermissionList/VantroRequestButtonTableCellView.h"
+#include "permissionlist/ListFixture.h"
+#include "support/TemporaryResources.h"
+
+namespace vantro {
+namespace {
+
+PrivacyCategoryRecordPtr makeRow(std::optional<std::string_view> identifier, std::optional<Value> status) {
+    Value::Dictionary contents;
+    if (identifier) contents.emplace(PrivacyCategoryIdentifierKey, *identifier);
+    if (status) contents.emplace(PrivacyCategoryStatusKey, *status);
+    return std::make_shared<PrivacyCategoryRecord>(std::move(contents));
+}
+
+// A cell with its button, as the layout makes them; the button starts out
+// with a title and state no row would give it.
+struct CellWithButton {
+    CellWithButton() {
+        button->setEnabled(false);
+        cell->setAuthorizationButton(button);
+    }
+    std::shared_ptr<sim::SimButton> button = std::make_shared<sim::SimButton>("Untouched");
+    std::shared_ptr<VantroRequestButtonTableCellView> cell = std::make_shared<VantroRequestButtonTableCellView>();
+};
+
+TEST(RequestButtonCell, TitleAndStateFollowTheStatusAndTheRequestType) {
+    sim::SimulatedMac mac;
+    struct Case {
+        std::optional<std::string_view> identifier;
+        std::optional<Value> status;
+        const char* title;
+        bool enabled;
+    } cases[] = {
+        {VantroPrivacyFullDiskAccess, Value(0), "Grant Permission", true},     // request type 1
+        {VantroPrivacyAccessibility, Value(1), "Grant Permission", true},      // request type 1
+        {VantroPrivacyAutomation, Value(0), "Check Permission", true},         // request type 2
+        {VantroPrivacyAutomation, Value(1), "Check Permission", true},
+        {VantroPrivacyCalendars, Value(1), "Request Permission", true},        // request type 0
+        {"Privacy_Camera", Value(0), "Request Permission", true},              // not in the resource
+        {VantroPrivacyFullDiskAccess, std::nullopt, "Grant Permission", true}, // no status reads as 0
+        {std::nullopt, Value(1), "Request Permission", true},
+        {VantroPrivacyFullDiskAccess, Value(2), "Permission Granted", false},
+        {VantroPrivacyAutomation, Value(2), "Permission Granted", false},
+        {VantroPrivacyFullDiskAccess, Value(3), "Untouched", false},
+        {VantroPrivacyFullDiskAccess, Value(-1), "Untouched", false},
+        {VantroPrivacyCalendars, Value(-2), "Untouched", false},
+    };
+    for (const auto& c : cases) {
+        CellWithButton view;
+        view.cell->setObjectValue(makeRow(c.identifier, c.status));
+        std::string name = std::string(c.identifier.value_or("(none)")) + " " + (c.status ? c.status->description() : "(none)");
+        EXPECT_EQ(view.button->title(), c.title) << name;
+        EXPECT_EQ(view.button->isEnabled(), c.enabled) << name;
+    }
+}
+
+TEST(RequestButtonCell, TitlesComeFromTheDefaultStringsTableOfTheFrameworkBundle) {
+    test::TemporaryResources resources;
+    resources.write("en.lproj/Localizable.strings", "\"Grant Permission\" = \"Allow in Settings\";\n");
+    struct Case {
+        bool ownResources;
+        std::vector<std::string> languages;
+        long status;
+        const char* title;
+    } cases[] = {
+        {false, {"de"}, 1, "Berechtigung erteilen"},
+        {false, {"de"}, 2, "Berechtigung erteilt"},
+        {true, {"en"}, 1, "Allow in Settings"},
+        {true, {"en"}, 2, "Permission Granted"},  // a missing entry shows its key
+    };
+    for (const auto& c : cases) {
+        sim::MacConfiguration configuration;
+        configuration.languages = c.languages;
+        if (c.ownResources) configuration = resources.configuration(configuration);
+        sim::SimulatedMac mac(configuration);
+        CellWithButton view;
+        view.cell->setObjectValue(makeRow(VantroPrivacyFullDiskAccess, Value(c.status)));
+        EXPECT_EQ(view.button->title(), c.title);
+    }
+}
+
+TEST(RequestButtonCell, OnlyTheCurrentRowsStatusReachesTheButton) {
+    sim::SimulatedMac mac;
+    CellWithButton view;
+    auto first = makeRow(VantroPrivacyFullDiskAccess, Value(2));
+    auto second = makeRow(VantroPrivacyCalendars, Value(0));
+
+    view.cell->setObjectValue(first);  // brought up to date at once
+    EXPECT_EQ(view.button->title(), "Permission Granted");
+    EXPECT_FALSE(view.button->isEnabled());
+    struct Step {
+        long status;
+        const char* title;
+        bool enabled;
+    } steps[] = {
+        {1, "Grant Permission", true},
+        {3, "Grant Permission", true},  // unexpected: left as it was
+        {2, "Permission Granted", false},
+        {-1, "Permission Granted", false},
+        {0, "Grant Permission", true},
+    };
+    for (const auto& s : steps) {
+        first->setValueForKey(PrivacyCategoryStatusKey, Value(s.status));
+        EXPECT_EQ(view.button->title(), s.title) << s.status;
+        EXPECT_EQ(view.button->isEnabled(), s.enabled) << s.status;
+    }
+
+    view.cell->setObjectValue(second);
+    EXPECT_EQ(view.button->title(), "Request Permission");
+    first->setValueForKey(PrivacyCategoryStatusKey, Value(2));
+    EXPECT_EQ(view.button->title(), "Request Permission");
+    EXPECT_TRUE(view.button->isEnabled());
+    EXPECT_EQ(first->observationCount(), 0u);
+    EXPECT_EQ(second->observationCount(), 1u);
+
+    view.cell->setObjectValue(second);  // the same row again: still one observation
+    EXPECT_EQ(second->observationCount(), 1u);
+    second->setValueForKey(PrivacyCategoryStatusKey, Value(2));
+    EXPECT_EQ(view.button->title(), "Permission Granted");
+
+    view.cell->setObjectValue(nullptr);
+    EXPECT_EQ(second->observationCount(), 0u);
+    EXPECT_EQ(view.button->title(), "Permission Granted");
+
+    view.cell->setObjectValue(first);
+    view.cell.reset();  // the cell goes; its row stays
+    EXPECT_EQ(first->observationCount(), 0u);
+    first->setValueForKey(PrivacyCategoryStatusKey, Value(1));
+    EXPECT_EQ(view.button->title(), "Permission Granted");
+    EXPECT_TRUE(mac.log().objections().empty());
+}
+
+TEST(RequestButtonCell, OnlyItsOwnContextIsRecognised) {
+    sim::SimulatedMac mac;
+    CellWithButton view;
+    auto row = makeRow(VantroPrivacyFullDiskAccess, Value(2));
+    view.cell->setObjectValue(row);
+    view.button->setTitle("Untouched");
+    const std::string sameText(VantroRequestButtonTableCellView::StatusContext);
+    view.cell->observeValueForKeyPath(PrivacyCategoryStatusKey, *row, sameText.c_str());
+    view.cell->observeValueForKeyPath(PrivacyCategoryStatusKey, *row, IsOverlayShownContext);
+    EXPECT_EQ(view.button->title(), "Untouched");
+    view.cell->observeValueForKeyPath(PrivacyCategoryStatusKey, *row, VantroRequestButtonTableCellView::StatusContext);
+    EXPECT_EQ(view.button->title(), "Permission Granted");
+}
+
+TEST(RequestButtonCell, AClickRequestsTheRowsCategoryAndSchedulesARebuild) {
+    sim::SimulatedMac mac;  // 10.15
+    auto controller = VantroViewController::create();
+    controller->setRequestedPrivacyCategoryIdentifiers({std::string(VantroPrivacyNetworkVolume)});
+    sim::SimPermissionList list(mac, controller);
+    list.show();
+    test::AnnouncementProbe rebuilds(mac, *controller, "privacyCategories");
+    ASSERT_EQ(list.rows().size(), 1u);
+    EXPECT_EQ(list.rows()[0].buttonTitle, "Grant Permission");
+
+    // The network-volume request opens the privacy settings only when it is
+    // not silent.
+    mac.runFor(1.0);
+    EXPECT_TRUE(list.click(0));
+    EXPECT_EQ(mac.workspace().openedURLs(),
+              std::vector<std::string>{"x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"});
+    EXPECT_EQ(mac.runLoop().pendingPerforms(controller.get(), VantroViewController::UpdatePrivacyCategoriesSelector), 1u);
+    mac.runFor(1.0);
+    ASSERT_EQ(rebuilds.times.size(), 1u);
+    EXPECT_NEAR(rebuilds.times[0], 1.1, 1e-9);
+}
+
+TEST(RequestButtonCell, ARowWithoutIdentifierMakesTheButtonInert) {
+    sim::SimulatedMac mac;
+    auto controller = VantroViewController::create();
+    for (auto row : {makeRow(std::nullopt, Value(1)), std::make_shared<PrivacyCategoryRecord>(Value::Dictionary{
+                                                          {std::string(PrivacyCategoryIdentifierKey), Value(7)}})}) {
+        CellWithButton view;
+        view.cell->setVantroViewController(controller);
+        view.cell->setObjectValue(row);
+        view.button->setAction([cell = std::weak_ptr(view.cell)](Button& sender) {
+            if (auto c = cell.lock()) c->requestAuthorization(&sender);
+        });
+        EXPECT_TRUE(view.button->performClick());
+        EXPECT_TRUE(mac.log().lines().empty());
+        EXPECT_TRUE(mac.workspace().openedURLs().empty());
+        EXPECT_EQ(mac.runLoop().pendingPerforms(controller.get(), VantroViewController::UpdatePrivacyCategoriesSelector),
+                  0u);
+    }
+    CellWithButton empty;
+    empty.cell->requestAuthorization(nullptr);  // no row at all
+    EXPECT_TRUE(mac.log().lines().empty());
+}
+
+}  // namespace
+}  // namespace vantro
