@@ -41,5 +41,6 @@ struct UsageError {
 bool readMacOption(const std::string& option, Arguments& args, sim::MacConfiguration& configuration);
 
 int runStatus(Arguments args, std::ostream& out);
+int runList(Arguments args, std::ostream& out);
 
 }  // namespace vantro::tool

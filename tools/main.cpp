@@ -16,6 +16,12 @@ const char* usage =
     "      Prints every privacy category's identifier, status and request type\n"
     "      as the status center answers them on a fresh simulated Mac.\n"
     "\n"
+    "  list [--macos VERSION] [--sandboxed] [--reason IDENTIFIER=TEXT]... [IDENTIFIER...]\n"
+    "      Shows the permission list as a host would embed it: each row's label,\n"
+    "      reason, button title and whether the button is enabled. Without\n"
+    "      identifiers the list asks for Privacy_AllFiles only; categories the\n"
+    "      system does not have are left out. --reason may be repeated.\n"
+    "\n"
     "  --help    prints this text\n"
     "\n"
     "VERSION is one of 10.9 10.10 10.11 10.12 10.13 10.14 10.15 11 12 13 14 15\n"
@@ -37,6 +43,7 @@ int main(int argc, char** argv) {
             return vantro::tool::ExitOK;
         }
         if (command == "status") return vantro::tool::runStatus(std::move(rest), std::cout);
+        if (command == "list") return vantro::tool::runList(std::move(rest), std::cout);
         throw vantro::tool::UsageError{"unknown command \"" + command + "\""};
     } catch (const vantro::tool::UsageError& error) {
         std::cerr << "vantro-sim: " << error.message << "\n\n" << usage;
