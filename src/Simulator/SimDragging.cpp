@@ -1,0 +1,90 @@
+#include "Simulator/SimDragging.h"
+
+#include <cstdio>
+
+#include "Simulator/SimulatedMac.h"
+
+namespace vantro::sim {
+
+namespace {
+
+std::string describe(Point p) {
+    char text[64];
+    std::snprintf(text, sizeof text, "(%g, %g)", p.x, p.y);
+    return text;
+}
+
+}  // namespace
+
+SimDraggingSession::SimDraggingSession(std::vector<DraggingItem> items, Event event, std::weak_ptr<DraggingSource> source,
+                                       Point windowOrigin, Point viewOrigin)
+    : items_(std::move(items)), event_(event), source_(std::move(source)), viewOrigin_(viewOrigin) {
+    start_ = {windowOrigin.x + event.locationInWindow.x, windowOrigin.y + event.locationInWindow.y};
+    location_ = start_;
+}
+
+Rect SimDraggingSession::imageFrameOnScreen() const {
+    if (items_.empty()) return {};
+    const Rect& frame = items_.front().draggingFrame;
+    return {{viewOrigin_.x + frame.origin.x + (location_.x - start_.x), viewOrigin_.y + frame.origin.y + (location_.y - start_.y)},
+            frame.size};
+}
+
+std::shared_ptr<DraggingSession> SimDragging::beginDraggingSession(const std::vector<DraggingItem>& items, const Event& event,
+                                                                   std::weak_ptr<DraggingSource> source) {
+    if (session_) {
+        // A new drag replaces one still running, as the old one can no
+        // longer be dropped.
+        mac_.record("drag", "the previous drag is given up");
+        end(session_->location(), NSDragOperationNone, false);
+    }
+    session_ = std::make_shared<SimDraggingSession>(items, event, std::move(source), eventWindowOrigin_, eventViewOrigin_);
+    ++begun_;
+    std::string what = items.empty() ? std::string("nothing") : items.front().pasteboardWriterURL;
+    mac_.record("drag", "begins dragging " + what + " from " + describe(session_->startLocation()));
+    return session_;
+}
+
+bool SimDragging::moveTo(Point screenPoint) {
+    if (!session_) return false;
+    session_->location_ = screenPoint;
+    return true;
+}
+
+std::optional<DragOperation> SimDragging::dropAt(Point screenPoint) {
+    if (!session_) return std::nullopt;
+    session_->location_ = screenPoint;
+    auto keep = session_;
+    Drop drop;
+    drop.url = keep->items_.empty() ? std::string() : keep->items_.front().pasteboardWriterURL;
+    drop.screenPoint = screenPoint;
+    if (auto source = keep->source()) drop.allowed = source->sourceOperationMaskForDraggingContext(*keep, DraggingContext::OutsideApplication);
+    DragOperation operation = NSDragOperationNone;
+    if (dropTarget_ && drop.allowed != NSDragOperationNone) operation = dropTarget_(drop) & drop.allowed;
+    if (operation != NSDragOperationNone) {
+        mac_.record("drag", "dropped at " + describe(screenPoint) + ", taken (operation " + std::to_string(operation) + ")");
+    } else {
+        mac_.record("drag", "dropped at " + describe(screenPoint) + ", refused");
+    }
+    end(screenPoint, operation, operation == NSDragOperationNone && keep->animatesBack_);
+    return operation;
+}
+
+bool SimDragging::cancel() {
+    if (!session_) return false;
+    mac_.record("drag", "cancelled at " + describe(session_->location()));
+    end(session_->location(), NSDragOperationNone, session_->animatesBack_);
+    return true;
+}
+
+void SimDragging::end(Point point, DragOperation operation, bool slideBack) {
+    auto finished = std::move(session_);
+    session_.reset();
+    if (slideBack) mac_.record("drag", "the image slides back to " + describe(finished->startLocation()));
+    ended_.push_back({finished->items_, finished->event_, point, operation, slideBack, finished->animatesBack_, finished->formation_});
+    // The source is told last, when the platform no longer holds the drag:
+    // it may start another one from there.
+    if (auto source = finished->source()) source->draggingSessionEndedAtPoint(*finished, point, operation);
+}
+
+}  // namespace vantro::sim

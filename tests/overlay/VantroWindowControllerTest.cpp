@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include "Overlay/VantroWindowController.h"
+#include "Overlay/ZVMainBundleIconImageView.h"
+#include "Simulator/SimOverlay.h"
+#include "Simulator/SimulatedMac.h"
+#include "support/TemporaryResources.h"
+
+namespace vantro {
+namespace {
+
+struct Recorder : Observer {
+    std::vector<std::pair<std::string, bool>> seen;
+    void observeValueForKeyPath(std::string_view keyPath, Observable& object, ObservationContext) override {
+        seen.emplace_back(std::string(keyPath), static_cast<VantroWindowController&>(object).inDrag());
+    }
+};
+
+const char recorderContext[] = "recorder";
+
+TEST(VantroWindowController, LoadsTheOverlayWithItsIconView) {
+    sim::SimulatedMac mac;
+    auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
+    ASSERT_TRUE(controller->window());
+    ASSERT_TRUE(controller->iconView());
+    EXPECT_FALSE(controller->window()->isVisible()) << "the overlay waits to be shown";
+    EXPECT_FALSE(controller->inDrag());
+    EXPECT_FALSE(controller->message().has_value());
+    EXPECT_EQ(controller->iconView()->image(), sim::applicationIconImageName(mac));
+    EXPECT_EQ(VantroWindowController::keyPathsForValuesAffectingInDrag(), (std::vector<std::string>{"iconView.inDrag"}));
+}
+
+TEST(VantroWindowController, ReannouncesTheIconViewsInDrag) {
+    sim::SimulatedMac mac;
+    auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
+    ASSERT_TRUE(controller->iconView());
+    Recorder recorder;
+    controller->addObserver(recorder, "inDrag", ObservingOptionNone, recorderContext);
+    auto* window = sim::simOverlayWindow(*controller);
+    ASSERT_TRUE(window);
+    window->orderFront();
+    ASSERT_TRUE(sim::userStartsDraggingIcon(mac, *controller));
+    EXPECT_TRUE(controller->inDrag());
+    mac.dragging().cancel();
+    EXPECT_EQ(recorder.seen, (std::vector<std::pair<std::string, bool>>{{"inDrag", true}, {"inDrag", false}}));
+    // Every set of the icon's inDrag is announced, changed or not.
+    controller->iconView()->setInDrag(false);
+    EXPECT_EQ(recorder.seen.size(), 3u);
+    controller->removeObserver(recorder, "inDrag", recorderContext);
+}
+
+TEST(VantroWindowController, StopsObservingItsIconViewWhenDestroyed) {
+    sim::SimulatedMac mac;
+    auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
+    ASSERT_TRUE(controller->iconView());
+    // The icon view outlives the controller here.
+    auto keep = controller->iconView()->shared_from_this();
+    EXPECT_EQ(keep->observationCount(), 1u);
+    controller.reset();
+    EXPECT_EQ(keep->observationCount(), 0u);
+    keep->setInDrag(true);  // reaches no freed controller
+    EXPECT_TRUE(mac.log().objections().empty());
+}
+
+TEST(VantroWindowController, LayoutThatDoesNotLoadGivesNoWindow) {
+    const std::string window =
+        R"(<window id="w" customClass="VantroWindow"><rect key="contentRect" x="0" y="0" width="10" height="10"/>)"
+        R"(<view key="contentView" id="c"><rect key="frame" x="0" y="0" width="10" height="10"/></view></window>)";
+    auto document = [](const std::string& owner, const std::string& objects) {
+        return R"(<?xml version="1.0" encoding="UTF-8"?><document type="com.apple.InterfaceBuilder3.Cocoa.XIB" version="3.0"><objects>)"
+               R"(<customObject id="-2" customClass="VantroWindowController"><connections>)" +
+               owner + "</connections></customObject>" + objects + "</objects></document>";
+    };
+    struct Case {
+        const char* name;
+        std::string nibName;
+        std::optional<std::string> xib;  // nullopt: the file is removed
+    } cases[] = {
+        {"another layout name", "VantroViewController", std::string()},
+        {"missing file", "VantroWindowController", std::nullopt},
+        {"not XML", "VantroWindowController", std::string("<document><objects>")},
+        {"not a layout document", "VantroWindowController", std::string("<?xml version=\"1.0\"?><plist version=\"1.0\"/>")},
+        {"no window outlet", "VantroWindowController", document("", window)},
+        {"window outlet to nothing", "VantroWindowController",
+         document(R"(<outlet property="window" destination="missing" id="o"/>)", window)},
+        {"window frame without a height", "VantroWindowController",
+         document(R"(<outlet property="window" destination="w" id="o"/>)",
+                  R"(<window id="w"><rect key="contentRect" x="0" y="0" width="10"/><view key="contentView" id="c">)"
+                  R"(<rect key="frame" x="0" y="0" width="10" height="10"/></view></window>)")},
+        {"view frame that is not a number", "VantroWindowController",
+         document(R"(<outlet property="window" destination="w" id="o"/>)",
+                  R"(<window id="w"><rect key="contentRect" x="0" y="0" width="10" height="10"/><view key="contentView" id="c">)"
+                  R"(<rect key="frame" x="0" y="0" width="ten" height="10"/></view></window>)")},
+        {"outlet the owner does not have", "VantroWindowController",
+         document(R"(<outlet property="window" destination="w" id="o"/><outlet property="closeButton" destination="c" id="p"/>)",
+                  window)},
+    };
+    for (const auto& c : cases) {
+        test::TemporaryResources resources;
+        if (!c.xib)
+            resources.remove("VantroWindowController.xib");
+        else if (!c.xib->empty())
+            resources.write("VantroWindowController.xib", *c.xib);
+        sim::SimulatedMac mac(resources.configuration());
+        auto controller = VantroWindowController::initWithWindowNibName(c.nibName);
+        ASSERT_TRUE(controller) << c.name;
+        EXPECT_EQ(controller->window(), nullptr) << c.name;
+        EXPECT_EQ(controller->iconView(), nullptr) << c.name;
+        EXPECT_FALSE(controller->inDrag()) << c.name;
+        controller->setMessage("still works");
+        EXPECT_EQ(controller->message(), std::optional<std::string>("still works")) << c.name;
+    }
+}
+
+TEST(VantroWindowController, LayoutWithoutIconOutletHasAWindowButNeverDrags) {
+    test::TemporaryResources resources;
+    resources.write("VantroWindowController.xib",
+                    R"(<?xml version="1.0" encoding="UTF-8"?><document type="com.apple.InterfaceBuilder3.Cocoa.XIB" version="3.0">)"
+                    R"(<objects><customObject id="-2" customClass="VantroWindowController"><connections>)"
+                    R"(<outlet property="window" destination="w" id="o"/></connections></customObject>)"
+                    R"(<window id="w" customClass="VantroWindow" visibleAtLaunch="NO"><rect key="contentRect" x="0" y="0" width="10" height="10"/>)"
+                    R"(<view key="contentView" id="c"><rect key="frame" x="0" y="0" width="10" height="10"/></view></window>)"
+                    R"(</objects></document>)");
+    sim::SimulatedMac mac(resources.configuration());
+    auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
+    EXPECT_NE(controller->window(), nullptr);
+    EXPECT_EQ(controller->iconView(), nullptr);
+    EXPECT_FALSE(controller->inDrag());
+    controller->window()->orderFront();
+    EXPECT_FALSE(sim::userStartsDraggingIcon(mac, *controller));
+}
+
+}  // namespace
+}  // namespace vantro
