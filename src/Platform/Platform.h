@@ -6,6 +6,7 @@
 #include "Platform/Diagnostics.h"
 #include "Platform/FileSystem.h"
 #include "Platform/RunLoop.h"
+#include "Platform/Services.h"
 #include "Platform/System.h"
 #include "Platform/Workspace.h"
 
@@ -30,6 +31,7 @@ public:
     virtual AssertionHandler& assertionHandler() = 0;
     virtual Alerts& alerts() = 0;
     virtual Workspace& workspace() = 0;
+    virtual Services& services() = 0;
 };
 
 }  // namespace vantro

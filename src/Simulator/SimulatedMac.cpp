@@ -29,6 +29,7 @@ public:
     AssertionHandler& assertionHandler() override { return mac_.assertionHandler(); }
     Alerts& alerts() override { return mac_.alerts(); }
     Workspace& workspace() override { return mac_.workspace(); }
+    Services& services() override { return mac_.services(); }
 
 private:
     SimulatedMac& mac_;
@@ -73,7 +74,9 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
     assertions_ = std::make_unique<SimAssertionHandler>(*this);
     alerts_ = std::make_unique<SimAlerts>(*this);
     workspace_ = std::make_unique<SimWorkspace>(*this);
-    fileSystem_ = std::make_unique<PosixFileSystem>(home_);
+    privacy_ = std::make_unique<SimPrivacy>(*this);
+    fileSystem_ = std::make_unique<SimFileSystem>(*this, home_);
+    services_ = std::make_unique<SimServices>(*this);
 
     buildDisk();
     defaults_->setUserLanguages(configuration_.languages);

@@ -13,7 +13,10 @@
 #include "Simulator/SimBundles.h"
 #include "Simulator/SimDefaults.h"
 #include "Simulator/SimDiagnostics.h"
+#include "Simulator/SimFileSystem.h"
+#include "Simulator/SimPrivacy.h"
 #include "Simulator/SimRunLoop.h"
+#include "Simulator/SimServices.h"
 #include "Simulator/SimSystem.h"
 #include "Simulator/SimWorkspace.h"
 #include "Simulator/Timeline.h"
@@ -69,7 +72,9 @@ public:
     SimAssertionHandler& assertionHandler() { return *assertions_; }
     SimAlerts& alerts() { return *alerts_; }
     SimWorkspace& workspace() { return *workspace_; }
-    PosixFileSystem& fileSystem() { return *fileSystem_; }
+    SimFileSystem& fileSystem() { return *fileSystem_; }
+    SimPrivacy& privacy() { return *privacy_; }
+    SimServices& services() { return *services_; }
     Timeline& timeline() { return timeline_; }
 
     double now() const;
@@ -111,7 +116,9 @@ private:
     std::unique_ptr<SimAssertionHandler> assertions_;
     std::unique_ptr<SimAlerts> alerts_;
     std::unique_ptr<SimWorkspace> workspace_;
-    std::unique_ptr<PosixFileSystem> fileSystem_;
+    std::unique_ptr<SimPrivacy> privacy_;
+    std::unique_ptr<SimFileSystem> fileSystem_;
+    std::unique_ptr<SimServices> services_;
     std::unique_ptr<HostProcess> process_;
 };
 

@@ -27,6 +27,37 @@ public:
     // The shared instance of the current process, made on first use.
     static std::shared_ptr<VantroRequestStatusCenter> sharedRequestStatusCenter();
 
+    // Whether the process has Full Disk Access. True without looking before
+    // 10.14 and for a sandboxed host; otherwise the verdict of the directory
+    // probe, which every call within one pass of the calling thread's run loop
+    // shares: the first call of a pass probes, the next pass probes afresh.
+    static bool hasFullDiskAccess();
+    // One probe of the directories that only Full Disk Access opens: false as
+    // soon as one refuses with EPERM, else whether any of them was there.
+    static bool checkHasFullDiskAccess();
+    // The status of the Desktop, Documents or Downloads folder from a listing
+    // of it: 2 before 10.15; else 1 when refused with EPERM, 2 when it lists
+    // or fails otherwise, 0 when it is missing (or the identifier is another).
+    // Listing a folder the user has not decided on makes the system ask, and
+    // this waits for the answer. Nothing is cached.
+    static PrivacyAuthorizationStatus filesAndFoldersAuthorizationStatus(std::optional<std::string_view> identifier);
+    // The system photo library's path: PHPhotoLibrary's systemPhotoLibraryURL
+    // when it has one, else the photo library daemon's bookmark of it while
+    // the library exists. nullopt when neither gives a path. Does not load the
+    // Photos framework.
+    static std::optional<std::string> photosSystemLibraryPath();
+    // Load Photos.framework and the private AssetsLibraryServices.framework,
+    // unless their classes are already there; each at most once per process.
+    static void loadPhotosFramework();
+    static void loadAssetsLibraryServicesFramework();
+    // The account's home directory from the user database, standardised, even
+    // for a sandboxed host. nullopt when the database has no entry for the
+    // process's user, as the platform's nil; computed once per process.
+    static std::optional<std::string> userHomeDirectory();
+    // Whether the host's signature carries the App Sandbox entitlement;
+    // false when it cannot be told. Computed once per process.
+    static bool isApplicationSandboxed();
+
     // The status of a category. An identifier no status operation serves
     // (nullopt included) writes "Privacy category identifier not supported: %@"
     // to the system log and answers 0.
@@ -69,6 +100,15 @@ public:
     void setCanRelyOnPLPrivacyValue(bool canRely) { canRelyOnPLPrivacyValue_ = canRely; }
 
 private:
+    // What an asynchronous answer holds to keep the status center alive until
+    // it has run. An instance not held by a std::shared_ptr is its owner's to
+    // keep alive; the Photos answer, which holds it only weakly on the main
+    // queue, finds such an instance gone.
+    std::shared_ptr<VantroRequestStatusCenter> retainedSelf();
+    PrivacyAuthorizationStatus folderStatus(PrivacyCategoryIdentifier identifier, std::string_view flag);
+    void requestFolder(PrivacyCategoryIdentifier identifier, std::string_view flag, bool silent);
+    void requestEventStoreAccess(long entityType, PrivacyCategoryIdentifier identifier, bool silent);
+
     std::atomic<bool> allowPotentiallyVerboseRechecks_{true};
     bool canRelyOnPLPrivacyValue_ = true;
 };

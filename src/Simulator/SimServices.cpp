@@ -1,0 +1,286 @@
+#include "Simulator/SimServices.h"
+
+#include <algorithm>
+
+#include "Simulator/SimulatedMac.h"
+
+namespace vantro::sim {
+
+namespace {
+
+constexpr std::string_view photosFrameworkPath = "/System/Library/Frameworks/Photos.framework";
+constexpr std::string_view assetsLibraryServicesPath = "/System/Library/PrivateFrameworks/AssetsLibraryServices.framework";
+constexpr std::string_view bookmarkMagic = "sim-bookmark:";
+
+bool releaseAtLeast(const SimulatedMac& mac, int major, int minor) {
+    auto v = mac.release().systemVersion;
+    return v.majorVersion > major || (v.majorVersion == major && v.minorVersion >= minor);
+}
+
+bool isMojave(const SimulatedMac& mac) {
+    auto v = mac.release().systemVersion;
+    return v.majorVersion == 10 && v.minorVersion == 14;
+}
+
+}  // namespace
+
+// PLPrivacy's shared object: answers from the privacy database, each answer
+// present or absent as the Mac is set up.
+class SimServices::PrivacyObject : public PhotosPrivacyObject {
+public:
+    explicit PrivacyObject(SimServices& services) : services_(services) {}
+
+    bool respondsToSelector(std::string_view selector) const override {
+        const auto& p = services_.availability_.photosPrivacy;
+        if (selector == "isPhotosTCCAccessAllowed") return p.respondsToAllowed;
+        if (selector == "isPhotosTCCAccessNotAllowed") return p.respondsToNotAllowed;
+        if (selector == "isPhotosTCCAccessRestricted") return p.respondsToRestricted;
+        if (selector == "photosTCCAccessStatus") return p.respondsToStatus;
+        return false;
+    }
+    bool isPhotosTCCAccessAllowed() override {
+        services_.send("PLPrivacy isPhotosTCCAccessAllowed");
+        return answer("isPhotosTCCAccessAllowed", services_.availability_.photosPrivacy.allowed, Consent::Authorized);
+    }
+    bool isPhotosTCCAccessNotAllowed() override {
+        services_.send("PLPrivacy isPhotosTCCAccessNotAllowed");
+        return answer("isPhotosTCCAccessNotAllowed", services_.availability_.photosPrivacy.notAllowed, Consent::Denied);
+    }
+    bool isPhotosTCCAccessRestricted() override {
+        services_.send("PLPrivacy isPhotosTCCAccessRestricted");
+        return answer("isPhotosTCCAccessRestricted", services_.availability_.photosPrivacy.restricted, Consent::Restricted);
+    }
+    std::int32_t photosTCCAccessStatus() override {
+        services_.send("PLPrivacy photosTCCAccessStatus");
+        if (!respondsToSelector("photosTCCAccessStatus")) return 0;
+        if (auto fixed = services_.availability_.photosPrivacy.status) return *fixed;
+        switch (consent()) {
+        case Consent::Authorized: return 0;
+        case Consent::Denied: return 1;
+        case Consent::NotDetermined: return 2;
+        case Consent::Restricted: return 3;
+        }
+        return 2;
+    }
+
+private:
+    Consent consent() const { return services_.mac_.privacy().consent(PromptedService::Photos); }
+    // A message the object does not understand would raise; answering NO
+    // keeps a faulty caller visible in the message list instead.
+    bool answer(std::string_view selector, const std::optional<bool>& fixed, Consent when) const {
+        if (!respondsToSelector(selector)) return false;
+        return fixed ? *fixed : consent() == when;
+    }
+    SimServices& services_;
+};
+
+SimServices::SimServices(SimulatedMac& mac) : mac_(mac) {
+    availability_.contactStore = releaseAtLeast(mac, 10, 11);
+    availability_.photoLibrary = releaseAtLeast(mac, 10, 13);
+    availability_.photosPrivacy.classExists = isMojave(mac);
+    setLibraryPreference(releaseAtLeast(mac, 10, 14) ? LibraryPreference::ValidBookmark : LibraryPreference::Absent);
+}
+
+void SimServices::send(std::string message) { messages_.push_back(std::move(message)); }
+
+std::size_t SimServices::count(std::string_view message) const {
+    return static_cast<std::size_t>(std::count(messages_.begin(), messages_.end(), message));
+}
+
+int SimServices::loads(std::string_view path) const {
+    auto it = loads_.find(path);
+    return it == loads_.end() ? 0 : it->second;
+}
+
+long SimServices::codeFor(Consent consent) {
+    switch (consent) {
+    case Consent::NotDetermined: return ServiceAuthorizationStatusNotDetermined;
+    case Consent::Restricted: return ServiceAuthorizationStatusRestricted;
+    case Consent::Denied: return ServiceAuthorizationStatusDenied;
+    case Consent::Authorized: return ServiceAuthorizationStatusAuthorized;
+    }
+    return ServiceAuthorizationStatusNotDetermined;
+}
+
+bool SimServices::classExists(std::string_view className) {
+    if (className == "EKEventStore" || className == "ABAddressBook") return true;
+    if (className == "CNContactStore") return availability_.contactStore;
+    if (className == "CNAuthorization") return availability_.contactsAuthorization;
+    if (className == "PHPhotoLibrary") return availability_.photoLibrary && photosLoaded_;
+    if (className == "PLPrivacy") return availability_.photosPrivacy.classExists && assetsLibraryServicesLoaded_;
+    return false;
+}
+
+bool SimServices::classRespondsToSelector(std::string_view className, std::string_view selector) {
+    if (!classExists(className)) return false;
+    if (className == "CNAuthorization")
+        return selector == "authorizationStatusForEntityType:" && availability_.contactsAuthorizationAnswersStatus;
+    if (className == "CNContactStore" || className == "EKEventStore") return selector == "authorizationStatusForEntityType:";
+    if (className == "PHPhotoLibrary") {
+        if (selector == "systemPhotoLibraryURL") return availability_.systemPhotoLibraryURL.has_value();
+        return selector == "authorizationStatus" || selector == "requestAuthorization:";
+    }
+    if (className == "PLPrivacy") return selector == "sharedInstance" && availability_.photosPrivacy.respondsToSharedInstance;
+    return false;
+}
+
+void SimServices::requestService(PromptedService service, std::function<void(bool granted)> answer) {
+    auto& privacy = mac_.privacy();
+    auto name = std::string(SimPrivacy::serviceName(service));
+    auto deliver = [this, name, answer](bool granted) {
+        mac_.runLoop().dispatchOnSystemQueue(0, [this, name, answer, granted] {
+            mac_.record("system", name + " answers the request on a system queue: " + (granted ? "granted" : "not granted"));
+            answer(granted);
+        });
+    };
+    Consent consent = privacy.consent(service);
+    if (consent != Consent::NotDetermined) {
+        deliver(consent == Consent::Authorized);
+        return;
+    }
+    privacy.askUser(name, [this, service, deliver](bool allowed) {
+        mac_.privacy().setConsent(service, allowed ? Consent::Authorized : Consent::Denied);
+        deliver(allowed);
+    });
+}
+
+long SimServices::eventStoreAuthorizationStatus(long entityType) {
+    send("EKEventStore authorizationStatusForEntityType: " + std::to_string(entityType));
+    if (availability_.eventStoreStatus) return *availability_.eventStoreStatus;
+    if (entityType == EKEntityTypeEvent) return codeFor(mac_.privacy().consent(PromptedService::Calendars));
+    if (entityType == EKEntityTypeReminder) return codeFor(mac_.privacy().consent(PromptedService::Reminders));
+    return ServiceAuthorizationStatusNotDetermined;
+}
+
+void SimServices::requestEventStoreAccess(long entityType,
+                                          std::function<void(bool granted, const PlatformError* error)> completion) {
+    send("EKEventStore requestAccessToEntityType: " + std::to_string(entityType));
+    if (entityType != EKEntityTypeEvent && entityType != EKEntityTypeReminder) {
+        mac_.runLoop().dispatchOnSystemQueue(0, [completion] {
+            PlatformError error{"EKErrorDomain", 0, nullptr};
+            completion(false, &error);
+        });
+        return;
+    }
+    auto service = entityType == EKEntityTypeEvent ? PromptedService::Calendars : PromptedService::Reminders;
+    requestService(service, [completion](bool granted) { completion(granted, nullptr); });
+}
+
+long SimServices::contactsAuthorizationStatus(std::string_view className, long entityType) {
+    send(std::string(className) + " authorizationStatusForEntityType: " + std::to_string(entityType));
+    if (availability_.contactsStatus) return *availability_.contactsStatus;
+    if (entityType != CNEntityTypeContacts) return ServiceAuthorizationStatusNotDetermined;
+    return codeFor(mac_.privacy().consent(PromptedService::Contacts));
+}
+
+void SimServices::requestContactsAccess(long entityType,
+                                        std::function<void(bool granted, const PlatformError* error)> completion) {
+    send("CNContactStore requestAccessForEntityType: " + std::to_string(entityType));
+    if (entityType != CNEntityTypeContacts) {
+        mac_.runLoop().dispatchOnSystemQueue(0, [completion] { completion(false, nullptr); });
+        return;
+    }
+    requestService(PromptedService::Contacts, [completion](bool granted) { completion(granted, nullptr); });
+}
+
+bool SimServices::sharedAddressBookExists() {
+    send("ABAddressBook sharedAddressBook");
+    switch (mac_.privacy().consent(PromptedService::Contacts)) {
+    case Consent::Authorized: return true;
+    case Consent::Denied:
+    case Consent::Restricted: return false;
+    case Consent::NotDetermined: break;
+    }
+    if (!addressBookPromptPending_) {
+        addressBookPromptPending_ = true;
+        mac_.privacy().askUser("Contacts", [this](bool allowed) {
+            addressBookPromptPending_ = false;
+            mac_.privacy().setConsent(PromptedService::Contacts, allowed ? Consent::Authorized : Consent::Denied);
+        });
+    }
+    return false;
+}
+
+bool SimServices::isProcessTrustedWithOptions(bool prompt) {
+    send(std::string("AXIsProcessTrustedWithOptions prompt ") + (prompt ? "YES" : "NO"));
+    bool trusted = mac_.privacy().isAccessibilityTrusted();
+    if (prompt && !trusted) mac_.record("system", "Accessibility prompt: open System Preferences to allow \"" +
+                                                      mac_.configuration().hostName + "\"");
+    return trusted;
+}
+
+bool SimServices::loadBundleAtPath(std::string_view path) {
+    ++loads_[std::string(path)];
+    send("NSBundle load " + std::string(path));
+    if (path == photosFrameworkPath && releaseAtLeast(mac_, 10, 11)) return photosLoaded_ = true;
+    if (path == assetsLibraryServicesPath && releaseAtLeast(mac_, 10, 14)) return assetsLibraryServicesLoaded_ = true;
+    return false;
+}
+
+long SimServices::photosStatus() const {
+    if (availability_.photoLibraryStatus) return *availability_.photoLibraryStatus;
+    Consent consent = mac_.privacy().consent(PromptedService::Photos);
+    // The fault of 10.14: a refusal reads as authorized.
+    if (isMojave(mac_) && consent == Consent::Denied) return ServiceAuthorizationStatusAuthorized;
+    return codeFor(consent);
+}
+
+long SimServices::photoLibraryAuthorizationStatus() {
+    send("PHPhotoLibrary authorizationStatus");
+    return photosStatus();
+}
+
+void SimServices::requestPhotoLibraryAuthorization(std::function<void(long status)> handler) {
+    send("PHPhotoLibrary requestAuthorization:");
+    requestService(PromptedService::Photos, [this, handler](bool) { handler(photosStatus()); });
+}
+
+std::optional<PlatformURL> SimServices::systemPhotoLibraryURL() {
+    send("PHPhotoLibrary systemPhotoLibraryURL");
+    return availability_.systemPhotoLibraryURL;
+}
+
+std::shared_ptr<PhotosPrivacyObject> SimServices::photosPrivacySharedInstance() {
+    send("PLPrivacy sharedInstance");
+    if (availability_.photosPrivacy.sharedInstanceIsNil) return nullptr;
+    return std::make_shared<PrivacyObject>(*this);
+}
+
+Data SimServices::bookmarkDataForPath(std::string_view path) {
+    std::string text = std::string(bookmarkMagic) + std::string(path);
+    return Data{std::vector<std::uint8_t>(text.begin(), text.end())};
+}
+
+std::string SimServices::photoLibraryPath() const {
+    return mac_.homeDirectory() + "/" + std::string(SimPrivacy::photoLibraryDirectory);
+}
+
+BookmarkResolution SimServices::resolveBookmarkData(const Data& bookmark, unsigned long options) {
+    send("CFURLCreateByResolvingBookmarkData options " + std::to_string(options));
+    std::string text(bookmark.bytes.begin(), bookmark.bytes.end());
+    if (text.rfind(bookmarkMagic, 0) != 0)
+        return {std::nullopt, "The file couldn't be opened because it isn't in the correct format."};
+    std::string path = text.substr(bookmarkMagic.size());
+    if (!mac_.fileSystem().fileExistsAtPath(path, nullptr))
+        return {std::nullopt, "The file couldn't be opened because it doesn't exist."};
+    return {PlatformURL{true, path}, {}};
+}
+
+void SimServices::setLibraryPreference(LibraryPreference preference) {
+    Value canonical;
+    switch (preference) {
+    case LibraryPreference::Absent:
+        mac_.defaults().setAppValue("com.apple.photolibraryd", "WellKnownLibraryPathCache", Value());
+        return;
+    case LibraryPreference::ValidBookmark: canonical = bookmarkDataForPath(photoLibraryPath()); break;
+    case LibraryPreference::UnresolvableBookmark:
+        canonical = Data{{0x62, 0x6f, 0x6f, 0x6b, 0x00, 0x00, 0x00, 0x00}};  // "book" and nothing after
+        break;
+    case LibraryPreference::NotData: canonical = photoLibraryPath(); break;
+    }
+    Value::Dictionary cache{{"kRDLibraryKey_Canonical", canonical}};
+    mac_.defaults().setAppValue("com.apple.photolibraryd", "WellKnownLibraryPathCache",
+                                Value(Value::Dictionary{{"cache", Value(cache)}}));
+}
+
+}  // namespace vantro::sim

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/Services.h"
+#include "Simulator/SimPrivacy.h"
+
+namespace vantro::sim {
+
+class SimulatedMac;
+
+// The system services of the simulated Mac, answering from its privacy
+// database. What exists follows the release, and each piece can be changed
+// by a test:
+//
+// - EventKit on every release. Requests raise the system's prompt while the
+//   service is undecided; the answer arrives on a system queue.
+// - Contacts' CNContactStore from 10.11; CNAuthorization only when a test adds
+//   it (it is not known which releases carry it). The address book on every
+//   release: before the user has answered, asking for it raises the prompt and
+//   yields nil (how the real one behaves then is unconfirmed).
+// - Photos' PHPhotoLibrary from 10.13, once Photos.framework is loaded. On
+//   10.14 its status reads "authorized" also when the user refused, the fault
+//   that the private PLPrivacy object (10.14 only, once AssetsLibraryServices
+//   is loaded) answers truthfully.
+// - The photo library daemon's preference, from 10.14, with bookmark data of
+//   the library; systemPhotoLibraryURL only when a test adds it.
+//
+// Every message the framework sends is kept, in order, for tests ("PLPrivacy
+// sharedInstance", "EKEventStore requestAccessToEntityType: 0", …).
+class SimServices : public Services {
+public:
+    explicit SimServices(SimulatedMac& mac);
+
+    // Services
+    bool classExists(std::string_view className) override;
+    bool classRespondsToSelector(std::string_view className, std::string_view selector) override;
+    long eventStoreAuthorizationStatus(long entityType) override;
+    void requestEventStoreAccess(long entityType,
+                                 std::function<void(bool granted, const PlatformError* error)> completion) override;
+    long contactsAuthorizationStatus(std::string_view className, long entityType) override;
+    void requestContactsAccess(long entityType,
+                               std::function<void(bool granted, const PlatformError* error)> completion) override;
+    bool sharedAddressBookExists() override;
+    bool isProcessTrustedWithOptions(bool prompt) override;
+    bool loadBundleAtPath(std::string_view path) override;
+    long photoLibraryAuthorizationStatus() override;
+    void requestPhotoLibraryAuthorization(std::function<void(long status)> handler) override;
+    std::optional<PlatformURL> systemPhotoLibraryURL() override;
+    std::shared_ptr<PhotosPrivacyObject> photosPrivacySharedInstance() override;
+    BookmarkResolution resolveBookmarkData(const Data& bookmark, unsigned long options) override;
+
+    // The private Photos privacy object. Each answer is present or absent on
+    // its own; a present answer comes from the privacy database unless fixed.
+    struct PhotosPrivacy {
+        bool classExists = false;  // on 10.14
+        bool respondsToSharedInstance = true;
+        bool sharedInstanceIsNil = false;
+        bool respondsToAllowed = true;
+        bool respondsToNotAllowed = true;
+        bool respondsToRestricted = true;
+        bool respondsToStatus = true;
+        std::optional<bool> allowed;
+        std::optional<bool> notAllowed;
+        std::optional<bool> restricted;
+        std::optional<std::int32_t> status;  // 0 allowed, 1 denied, 2 not determined, 3 restricted
+    };
+    enum class LibraryPreference { Absent, ValidBookmark, UnresolvableBookmark, NotData };
+
+    struct Availability {
+        bool contactStore = false;           // CNContactStore, 10.11 on
+        bool contactsAuthorization = false;  // CNAuthorization
+        bool contactsAuthorizationAnswersStatus = true;
+        bool photoLibrary = false;  // PHPhotoLibrary, 10.13 on, after loading Photos.framework
+        // Override the codes the services report (for codes no consent
+        // gives, such as those of later systems).
+        std::optional<long> eventStoreStatus;
+        std::optional<long> contactsStatus;
+        std::optional<long> photoLibraryStatus;
+        // systemPhotoLibraryURL: absent, or this URL.
+        std::optional<PlatformURL> systemPhotoLibraryURL;
+        PhotosPrivacy photosPrivacy;
+    };
+    Availability& availability() { return availability_; }
+
+    // Writes the photo library daemon's "WellKnownLibraryPathCache" preference.
+    void setLibraryPreference(LibraryPreference preference);
+    // The real path of the system photo library.
+    std::string photoLibraryPath() const;
+    // Bookmark data that resolves to `path` while something is there.
+    static Data bookmarkDataForPath(std::string_view path);
+
+    const std::vector<std::string>& messages() const { return messages_; }
+    std::size_t count(std::string_view message) const;
+    // How often a bundle path was loaded.
+    int loads(std::string_view path) const;
+
+private:
+    class PrivacyObject;
+    void send(std::string message);
+    // The public code of a consent: 0 not determined, 1 restricted, 2 denied, 3 authorized.
+    static long codeFor(Consent consent);
+    long photosStatus() const;
+    // Asks the user while the service is undecided, then answers on a system queue.
+    void requestService(PromptedService service, std::function<void(bool granted)> answer);
+
+    SimulatedMac& mac_;
+    Availability availability_;
+    std::vector<std::string> messages_;
+    std::map<std::string, int, std::less<>> loads_;
+    bool photosLoaded_ = false;
+    bool assetsLibraryServicesLoaded_ = false;
+    bool addressBookPromptPending_ = false;
+};
+
+}  // namespace vantro::sim
