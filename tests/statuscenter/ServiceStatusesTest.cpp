@@ -1,0 +1,435 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "Simulator/SimulatedMac.h"
+#include "StatusCenter/VantroRequestStatusCenter.h"
+#include "support/TemporaryResources.h"
+
+namespace vantro {
+namespace {
+
+using sim::Consent;
+using sim::PromptAnswer;
+using sim::PromptedService;
+using sim::ProtectedFolder;
+
+constexpr const char* paneAtAllFiles = "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
+
+// A status center whose refusal alert only says that it was called, and on
+// which thread.
+class AlertRecordingCenter : public VantroRequestStatusCenter {
+public:
+    struct Alert {
+        std::string identifier;
+        bool onMainThread;
+    };
+    std::vector<Alert> alerts;
+    void alertOpenPrivacyPreferences(std::string_view identifier) override {
+        alerts.push_back({std::string(identifier), HostProcess::current().platform().runLoop().isMainThread()});
+    }
+};
+
+std::size_t opened(sim::SimulatedMac& mac, const std::string& url) {
+    const auto& urls = mac.workspace().openedURLs();
+    return static_cast<std::size_t>(std::count(urls.begin(), urls.end(), url));
+}
+
+TEST(ServiceStatuses, FullDiskAccessIsRefusedAbove1561WithoutIt) {
+    struct Case {
+        double appKit;
+        bool granted;
+        PrivacyAuthorizationStatus status;
+        bool probes;
+    } cases[] = {
+        {1561.0, false, 2, false}, {1561.6, false, 2, false}, {1562.0, false, 1, true}, {1562.0, true, 2, true},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(test::atAppKit(c.appKit));
+        mac.privacy().setFullDiskAccess(c.granted);
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        EXPECT_EQ(center->fullDiskAccessAuthorizationStatus(), c.status) << c.appKit;
+        EXPECT_EQ(mac.fileSystem().listingCount() > 0, c.probes) << c.appKit;
+    }
+}
+
+TEST(ServiceStatuses, TheFullDiskAccessRequestGuidesOnlyALoudRequestWithoutIt) {
+    struct Case {
+        bool granted;
+        bool silent;
+        bool guides;
+    } cases[] = {{false, false, true}, {false, true, false}, {true, false, false}};
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac;
+        mac.privacy().setFullDiskAccess(c.granted);
+        VantroRequestStatusCenter::sharedRequestStatusCenter()->requestFullDiskAccessAuthorization(c.silent);
+        mac.runUntilIdle(5);
+        // The guide opens the pane at Full Disk Access (and may open it again
+        // as its session goes on).
+        EXPECT_EQ(opened(mac, paneAtAllFiles) > 0, c.guides) << c.granted << c.silent;
+        EXPECT_EQ(mac.workspace().openedURLs().size() > 0, c.guides);
+    }
+}
+
+TEST(ServiceStatuses, FoldersAndVolumesAreNotDeterminedAbove1671WithoutFullDiskAccess) {
+    struct Case {
+        double appKit;
+        bool granted;
+        PrivacyAuthorizationStatus status;
+    } cases[] = {{1671.0, false, 2}, {1671.99, false, 2}, {1672.0, false, 0}, {1672.0, true, 2}};
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(test::atAppKit(c.appKit));
+        mac.privacy().setFullDiskAccess(c.granted);
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        for (auto id : {VantroPrivacyFilesAndFolders, VantroPrivacyNetworkVolume, VantroPrivacyRemovableVolume})
+            EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(id), c.status) << c.appKit << id;
+    }
+}
+
+TEST(ServiceStatuses, TheFoldersAndVolumesRequestOpensThePaneEvenWhenGranted) {
+    for (bool silent : {false, true}) {
+        sim::SimulatedMac mac;
+        mac.privacy().setFullDiskAccess(true);
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        center->requestAndFoldersAuthorization(silent);
+        EXPECT_EQ(opened(mac, paneAtAllFiles), silent ? 0u : 1u);
+        EXPECT_EQ(mac.fileSystem().listingCount(), 0u) << "the status is not looked at";
+    }
+}
+
+TEST(ServiceStatuses, FolderStatusGates) {
+    struct Case {
+        const char* name;
+        double appKit;
+        bool fullDiskAccess;
+        bool rechecks;
+        bool flag;
+        PrivacyAuthorizationStatus status;
+        bool lists;
+    } cases[] = {
+        {"at 1671 nothing is protected", 1671.5, false, true, true, 2, false},
+        {"Full Disk Access opens every folder", 1894.5, true, true, false, 2, true},
+        {"no rechecks", 1894.5, false, false, true, 0, true},
+        {"never asked for", 1894.5, false, true, false, 0, true},
+        {"asked for and refused", 1894.5, false, true, true, 1, true},
+    };
+    for (const auto& c : cases) {
+        for (auto [id, flag, folder] : {std::tuple{VantroPrivacyDesktopFolder, kDesktopFolderAccessRequested, ProtectedFolder::Desktop},
+                                        std::tuple{VantroPrivacyDocumentsFolder, kDocumentsFolderAccessRequested, ProtectedFolder::Documents},
+                                        std::tuple{VantroPrivacyDownloadsFolder, kDownloadsFolderAccessRequested, ProtectedFolder::Downloads}}) {
+            sim::SimulatedMac mac(test::atAppKit(c.appKit));
+            mac.privacy().setFullDiskAccess(c.fullDiskAccess);
+            mac.privacy().setFolderConsent(folder, Consent::Denied);
+            if (c.flag) mac.defaults().setBool(true, flag);
+            auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+            center->setAllowPotentiallyVerboseRechecks(c.rechecks);
+            EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(id), c.status) << c.name << " " << id;
+            // Only the Full Disk Access probe may have listed; the folder is
+            // listed only when its status is the probe's.
+            EXPECT_EQ(mac.fileSystem().listingsOf("~/" + std::string(sim::SimPrivacy::folderName(folder))),
+                      c.status == 1 ? 1u : 0u)
+                << c.name;
+            EXPECT_EQ(mac.fileSystem().listingCount() > 0, c.lists) << c.name;
+        }
+    }
+}
+
+TEST(ServiceStatuses, TheFirstFolderRequestIsQuietAndTheSecondGuides) {
+    sim::SimulatedMac mac;
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    EXPECT_EQ(center->desktopFolderAuthorizationStatus(), 0);
+    EXPECT_EQ(mac.fileSystem().listingsOf("~/Desktop"), 0u) << "a status query does not raise the prompt";
+
+    mac.privacy().answerNextPrompt(PromptAnswer::deny(1.0));
+    center->requestDesktopFolderAuthorization(false);
+    EXPECT_EQ(mac.privacy().prompts().size(), 1u);
+    EXPECT_TRUE(mac.defaults().boolForKey(kDesktopFolderAccessRequested));
+    // The listing (and the system's question) comes before the flag.
+    auto prompt = mac.timeline().matching("would like to access files in your Desktop folder");
+    auto flag = mac.timeline().matching("VantroDesktopFolderAccessRequested = YES");
+    ASSERT_EQ(prompt.size(), 1u);
+    ASSERT_EQ(flag.size(), 1u);
+    EXPECT_LT(prompt[0].time, flag[0].time);
+    mac.runUntilIdle(5);
+    EXPECT_EQ(mac.workspace().openedURLs().size(), 0u);
+    EXPECT_TRUE(mac.alerts().shown().empty());
+    EXPECT_EQ(center->desktopFolderAuthorizationStatus(), 1);
+
+    center->requestDesktopFolderAuthorization(true);
+    mac.runUntilIdle(5);
+    EXPECT_EQ(mac.workspace().openedURLs().size(), 0u) << "a silent second request only probes";
+
+    center->requestDesktopFolderAuthorization(false);
+    mac.runUntilIdle(5);
+    EXPECT_GE(opened(mac, paneAtAllFiles), 1u) << "the Full Disk Access guide";
+    EXPECT_EQ(mac.privacy().prompts().size(), 1u);
+    EXPECT_EQ(mac.fileSystem().listingsOf("~/Desktop"), 4u);
+}
+
+TEST(ServiceStatuses, AGrantedFolderRequestSetsItsFlagAndGuidesNowhere) {
+    sim::SimulatedMac mac;
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    mac.privacy().answerNextPrompt(PromptAnswer::allow());
+    center->requestDownloadsFolderAuthorization(true);
+    EXPECT_TRUE(mac.defaults().boolForKey(kDownloadsFolderAccessRequested));
+    EXPECT_FALSE(mac.defaults().boolForKey(kDesktopFolderAccessRequested));
+    EXPECT_EQ(center->downloadsFolderAuthorizationStatus(), 2);
+    center->requestDownloadsFolderAuthorization(false);
+    mac.runUntilIdle(5);
+    EXPECT_TRUE(mac.workspace().openedURLs().empty());
+}
+
+TEST(ServiceStatuses, EventKitCodesMapRestrictedToNotDetermined) {
+    struct Case {
+        long code;
+        PrivacyAuthorizationStatus status;
+    } cases[] = {{0, 0}, {1, 0}, {2, 1}, {3, 2}, {4, 0}, {-1, 0}};
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac;
+        mac.services().availability().eventStoreStatus = c.code;
+        mac.services().availability().contactsStatus = c.code;
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        EXPECT_EQ(center->calendarsAuthorizationStatus(), c.status) << c.code;
+        EXPECT_EQ(center->remindersAuthorizationStatus(), c.status) << c.code;
+        EXPECT_EQ(center->contactsAuthorizationStatus(), c.status) << c.code;
+    }
+    sim::SimulatedMac mac;
+    mac.privacy().setConsent(PromptedService::Calendars, Consent::Restricted);
+    mac.privacy().setConsent(PromptedService::Reminders, Consent::Authorized);
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    EXPECT_EQ(center->calendarsAuthorizationStatus(), 0);
+    EXPECT_EQ(center->remindersAuthorizationStatus(), 2);
+    EXPECT_EQ(mac.services().messages(), (std::vector<std::string>{"EKEventStore authorizationStatusForEntityType: 0",
+                                                                   "EKEventStore authorizationStatusForEntityType: 1"}));
+}
+
+TEST(ServiceStatuses, ASilentRefusedCalendarsRequestShowsNoAlert) {
+    sim::SimulatedMac mac;
+    auto center = std::make_shared<AlertRecordingCenter>();
+    mac.privacy().answerNextPrompt(PromptAnswer::deny(0.5));
+    center->requestCalendarsAuthorization(true);
+    mac.runUntilIdle(5);
+    EXPECT_EQ(mac.privacy().consent(PromptedService::Calendars), Consent::Denied);
+    EXPECT_TRUE(center->alerts.empty());
+}
+
+TEST(ServiceStatuses, ALoudRefusedCalendarsRequestAlertsOnlyAfterTheHopToTheMainQueue) {
+    sim::SimulatedMac mac;
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    mac.privacy().answerNextPrompt(PromptAnswer::deny(0));
+    center->requestCalendarsAuthorization(false);
+    EXPECT_TRUE(mac.alerts().shown().empty());
+
+    mac.runOnePass();  // the user answers
+    mac.runOnePass();  // EventKit calls the completion on a queue of its own
+    ASSERT_TRUE(mac.timeline().contains("Calendars answers the request on a system queue: not granted"));
+    EXPECT_TRUE(mac.alerts().shown().empty()) << "nothing happens off the main thread";
+
+    mac.runOnePass();  // the main queue
+    ASSERT_EQ(mac.alerts().shown().size(), 1u);
+    EXPECT_TRUE(mac.alerts().shown()[0].onMainThread);
+    EXPECT_EQ(mac.alerts().shown()[0].alert.messageText, "Permission Refused");
+    mac.runUntilIdle(5);
+    EXPECT_EQ(mac.alerts().shown().size(), 1u);
+}
+
+TEST(ServiceStatuses, EventKitRequestsAlertOnlyWhenRefusedAndLoud) {
+    struct Case {
+        const char* name;
+        bool reminders;
+        Consent before;
+        std::optional<PromptAnswer> answer;
+        bool silent;
+        std::vector<std::string> alerts;
+        Consent after;
+    } cases[] = {
+        {"granted", false, Consent::NotDetermined, PromptAnswer::allow(), false, {}, Consent::Authorized},
+        {"already granted", true, Consent::Authorized, std::nullopt, false, {}, Consent::Authorized},
+        {"already refused", true, Consent::Denied, std::nullopt, false, {"Privacy_Reminders"}, Consent::Denied},
+        {"restricted", false, Consent::Restricted, std::nullopt, false, {"Privacy_Calendars"}, Consent::Restricted},
+        {"never answered", false, Consent::NotDetermined, PromptAnswer::never(), false, {}, Consent::NotDetermined},
+        {"refused reminders", true, Consent::NotDetermined, PromptAnswer::deny(), false, {"Privacy_Reminders"}, Consent::Denied},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac;
+        auto service = c.reminders ? PromptedService::Reminders : PromptedService::Calendars;
+        mac.privacy().setConsent(service, c.before);
+        if (c.answer) mac.privacy().answerNextPrompt(*c.answer);
+        auto center = std::make_shared<AlertRecordingCenter>();
+        if (c.reminders) center->requestRemindersAuthorization(c.silent);
+        else center->requestCalendarsAuthorization(c.silent);
+        mac.runUntilIdle(30);
+        std::vector<std::string> alerts;
+        for (const auto& a : center->alerts) {
+            alerts.push_back(a.identifier);
+            EXPECT_TRUE(a.onMainThread) << c.name;
+        }
+        EXPECT_EQ(alerts, c.alerts) << c.name;
+        EXPECT_EQ(mac.privacy().consent(service), c.after) << c.name;
+        EXPECT_EQ(mac.privacy().prompts().size(), c.answer ? 1u : 0u) << c.name;
+    }
+}
+
+TEST(ServiceStatuses, APendingAnswerKeepsTheStatusCenterAlive) {
+    // Records its alerts outside itself, so they can be read once it is gone.
+    class Center : public VantroRequestStatusCenter {
+    public:
+        explicit Center(std::vector<std::string>& alerts) : alerts_(alerts) {}
+        void alertOpenPrivacyPreferences(std::string_view identifier) override { alerts_.emplace_back(identifier); }
+
+    private:
+        std::vector<std::string>& alerts_;
+    };
+    std::vector<std::string> alerts;
+    for (bool calendars : {true, false}) {
+        sim::SimulatedMac mac;
+        alerts.clear();
+        auto center = std::make_shared<Center>(alerts);
+        std::weak_ptr<Center> weak = center;
+        mac.privacy().answerNextPrompt(PromptAnswer::deny(2.0));
+        if (calendars) center->requestCalendarsAuthorization(false);
+        else center->requestContactsAuthorization(false);
+        center.reset();
+        mac.runFor(1.0);
+        EXPECT_FALSE(weak.expired());
+        mac.runUntilIdle(5);
+        EXPECT_EQ(alerts.size(), 1u);
+        EXPECT_TRUE(weak.expired()) << "released once the answer has been handled";
+    }
+}
+
+TEST(ServiceStatuses, ContactsFromElCapitanAskTheContactsClasses) {
+    struct Case {
+        const char* name;
+        bool contactStore;
+        bool authorization;
+        bool authorizationAnswers;
+        const char* asked;
+        PrivacyAuthorizationStatus status;
+    } cases[] = {
+        {"CNAuthorization answers", true, true, true, "CNAuthorization authorizationStatusForEntityType: 0", 1},
+        {"CNAuthorization without the status", true, true, false, "CNContactStore authorizationStatusForEntityType: 0", 1},
+        {"CNContactStore alone", true, false, false, "CNContactStore authorizationStatusForEntityType: 0", 1},
+        {"neither class", false, false, false, nullptr, 0},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = "10.11"});
+        auto& availability = mac.services().availability();
+        availability.contactStore = c.contactStore;
+        availability.contactsAuthorization = c.authorization;
+        availability.contactsAuthorizationAnswersStatus = c.authorizationAnswers;
+        mac.privacy().setConsent(PromptedService::Contacts, Consent::Denied);
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        // Neither the recheck switch nor the flag matters from 10.11 on.
+        center->setAllowPotentiallyVerboseRechecks(false);
+        EXPECT_EQ(center->contactsAuthorizationStatus(), c.status) << c.name;
+        std::vector<std::string> expected;
+        if (c.asked) expected.push_back(c.asked);
+        EXPECT_EQ(mac.services().messages(), expected) << c.name;
+    }
+}
+
+TEST(ServiceStatuses, AContactsRequestFromElCapitanLeavesTheFlagAlone) {
+    for (std::string release : {"10.11", "15"}) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = release});
+        auto center = std::make_shared<AlertRecordingCenter>();
+        mac.privacy().answerNextPrompt(PromptAnswer::deny());
+        center->requestContactsAuthorization(false);
+        EXPECT_TRUE(center->alerts.empty()) << "the answer comes later";
+        mac.runUntilIdle(5);
+        ASSERT_EQ(center->alerts.size(), 1u) << release;
+        EXPECT_EQ(center->alerts[0].identifier, "Privacy_Contacts");
+        EXPECT_TRUE(center->alerts[0].onMainThread);
+        EXPECT_FALSE(mac.defaults().boolForKey(kContactsAccessRequested)) << release;
+        EXPECT_EQ(mac.services().count("ABAddressBook sharedAddressBook"), 0u);
+    }
+    sim::SimulatedMac without(sim::MacConfiguration{.release = "10.12"});
+    without.services().availability().contactStore = false;
+    auto center = std::make_shared<AlertRecordingCenter>();
+    center->requestContactsAuthorization(false);
+    without.runUntilIdle(5);
+    EXPECT_TRUE(center->alerts.empty());
+    EXPECT_TRUE(without.services().messages().empty());
+    EXPECT_TRUE(without.privacy().prompts().empty());
+}
+
+TEST(ServiceStatuses, ContactsBeforeElCapitanGoThroughTheAddressBookAndTheFlag) {
+    struct Case {
+        const char* name;
+        bool rechecks;
+        bool flag;
+        Consent consent;
+        PrivacyAuthorizationStatus status;
+        bool asksAddressBook;
+    } cases[] = {
+        {"no rechecks", false, true, Consent::Authorized, 0, false},
+        {"never requested", true, false, Consent::Authorized, 0, false},
+        {"granted", true, true, Consent::Authorized, 2, true},
+        {"refused", true, true, Consent::Denied, 1, true},
+        {"restricted", true, true, Consent::Restricted, 1, true},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = "10.10"});
+        mac.privacy().setConsent(PromptedService::Contacts, c.consent);
+        if (c.flag) mac.defaults().setBool(true, kContactsAccessRequested);
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        center->setAllowPotentiallyVerboseRechecks(c.rechecks);
+        EXPECT_EQ(center->contactsAuthorizationStatus(), c.status) << c.name;
+        EXPECT_EQ(mac.services().count("ABAddressBook sharedAddressBook"), c.asksAddressBook ? 1u : 0u) << c.name;
+    }
+}
+
+TEST(ServiceStatuses, AContactsRequestBeforeElCapitanAlertsAtOnce) {
+    struct Case {
+        Consent consent;
+        bool silent;
+        std::size_t alerts;
+    } cases[] = {{Consent::Denied, false, 1}, {Consent::Denied, true, 0}, {Consent::Authorized, false, 0},
+                 {Consent::NotDetermined, false, 1}};
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = "10.9"});
+        mac.privacy().setConsent(PromptedService::Contacts, c.consent);
+        auto center = std::make_shared<AlertRecordingCenter>();
+        center->requestContactsAuthorization(c.silent);
+        EXPECT_EQ(center->alerts.size(), c.alerts) << "on the calling thread, before returning";
+        EXPECT_TRUE(mac.defaults().boolForKey(kContactsAccessRequested));
+        // The address book is asked for before the flag is written.
+        auto flag = mac.timeline().matching("VantroContactsAccessRequested = YES");
+        ASSERT_EQ(flag.size(), 1u);
+        EXPECT_EQ(mac.services().count("ABAddressBook sharedAddressBook"), 1u);
+    }
+}
+
+TEST(ServiceStatuses, AccessibilityNeverPromptsAndAlertsEvenWhenSilent) {
+    struct Case {
+        double appKit;
+        bool trusted;
+        bool silent;
+        PrivacyAuthorizationStatus status;
+        std::vector<std::string> alerts;
+    } cases[] = {
+        {1265.0, false, true, 0, {"Privacy_Assistive"}},
+        {1265.99, false, false, 0, {"Privacy_Assistive"}},
+        {1266.0, false, true, 0, {"Privacy_Accessibility"}},
+        {2575.3, false, false, 0, {"Privacy_Accessibility"}},
+        {1894.5, true, false, 2, {}},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(test::atAppKit(c.appKit));
+        mac.privacy().setAccessibilityTrusted(c.trusted);
+        auto center = std::make_shared<AlertRecordingCenter>();
+        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(VantroPrivacyAssistive), c.status);
+        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(VantroPrivacyAccessibility), c.status);
+        center->requestAccessibilityAuthorizationStatus(c.silent);
+        std::vector<std::string> alerts;
+        for (const auto& a : center->alerts) alerts.push_back(a.identifier);
+        EXPECT_EQ(alerts, c.alerts) << c.appKit;
+        EXPECT_EQ(mac.services().count("AXIsProcessTrustedWithOptions prompt NO"), 3u);
+        EXPECT_EQ(mac.services().count("AXIsProcessTrustedWithOptions prompt YES"), 0u);
+    }
+}
+
+}  // namespace
+}  // namespace vantro
