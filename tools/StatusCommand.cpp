@@ -55,6 +55,13 @@ bool readMacOption(const std::string& option, Arguments& args, sim::MacConfigura
 int runStatus(Arguments args, std::ostream& out) {
     sim::MacConfiguration configuration;
     bool json = false;
+    // What the user has already decided, in the order given.
+    std::vector<std::pair<std::string, sim::Consent>> decisions;
+    const std::pair<std::string_view, sim::Consent> decisionOptions[] = {
+        {"--grant", sim::Consent::Authorized},
+        {"--deny", sim::Consent::Denied},
+        {"--restricted", sim::Consent::Restricted},
+    };
     while (!args.empty()) {
         std::string option = args.next();
         if (readMacOption(option, args, configuration)) continue;
@@ -62,10 +69,25 @@ int runStatus(Arguments args, std::ostream& out) {
             json = true;
             continue;
         }
+        bool decided = false;
+        for (const auto& [name, consent] : decisionOptions) {
+            if (option != name) continue;
+            auto identifier = args.value();
+            if (!identifier) throw UsageError{option + " needs an IDENTIFIER"};
+            decisions.emplace_back(*identifier, consent);
+            decided = true;
+        }
+        if (decided) continue;
         throw UsageError{"unknown option \"" + option + "\" for status"};
     }
 
     sim::SimulatedMac mac(configuration);
+    for (const auto& [identifier, consent] : decisions) {
+        if (mac.privacy().setConsentForIdentifier(identifier, consent)) continue;
+        if (consent == sim::Consent::Restricted && mac.privacy().setConsentForIdentifier(identifier, sim::Consent::Denied))
+            throw UsageError{"\"" + identifier + "\" cannot be restricted; only Calendars, Reminders, Contacts and Photos can"};
+        throw UsageError{"\"" + identifier + "\" is not Full Disk Access, a folder, Accessibility, or a service the system asks for"};
+    }
     auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
     struct Row {
         std::string identifier;
