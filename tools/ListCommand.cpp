@@ -12,6 +12,8 @@ int runList(Arguments args, std::ostream& out) {
     sim::MacConfiguration configuration;
     std::vector<std::string> identifiers;
     VantroViewController::ReasonStrings reasons;
+    // What the user has already decided, in the order given.
+    std::vector<std::pair<std::string, sim::Consent>> decisions;
     while (!args.empty()) {
         std::string argument = args.next();
         if (readMacOption(argument, args, configuration)) continue;
@@ -22,11 +24,21 @@ int runList(Arguments args, std::ostream& out) {
             reasons.insert_or_assign(pair->substr(0, equals), pair->substr(equals + 1));
             continue;
         }
+        if (argument == "--grant" || argument == "--deny") {
+            auto identifier = args.value();
+            if (!identifier) throw UsageError{argument + " needs an IDENTIFIER"};
+            decisions.emplace_back(*identifier, argument == "--grant" ? sim::Consent::Authorized : sim::Consent::Denied);
+            continue;
+        }
         if (argument.rfind("--", 0) == 0) throw UsageError{"unknown option \"" + argument + "\" for list"};
         identifiers.push_back(argument);
     }
 
     sim::SimulatedMac mac(configuration);
+    for (const auto& [identifier, consent] : decisions) {
+        if (!mac.privacy().setConsentForIdentifier(identifier, consent))
+            throw UsageError{"\"" + identifier + "\" is not Full Disk Access, a folder, Accessibility, or a service the system asks for"};
+    }
     auto controller = VantroViewController::create();
     if (!identifiers.empty()) controller->setRequestedPrivacyCategoryIdentifiers(identifiers);
     if (!reasons.empty()) controller->setReasonStrings(reasons);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,15 @@
 #include "Platform/Observation.h"
 #include "Simulator/SimPermissionList.h"
 #include "Simulator/SimulatedMac.h"
+
+namespace vantro::sim {
+
+inline void PrintTo(const SimPermissionList::Row& row, std::ostream* os) {
+    *os << "{" << row.label << " | " << row.reason << " | " << row.buttonTitle << (row.buttonEnabled ? "" : " (disabled)")
+        << "}";
+}
+
+}  // namespace vantro::sim
 
 namespace vantro::test {
 

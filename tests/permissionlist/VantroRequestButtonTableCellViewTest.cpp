@@ -155,7 +155,7 @@ TEST(RequestButtonCell, AClickRequestsTheRowsCategoryAndSchedulesARebuild) {
     auto controller = VantroViewController::create();
     controller->setRequestedPrivacyCategoryIdentifiers({std::string(VantroPrivacyNetworkVolume)});
     sim::SimPermissionList list(mac, controller);
-    list.show();
+    list.loadView();  // off screen: activations cause no rebuilds of their own
     test::AnnouncementProbe rebuilds(mac, *controller, "privacyCategories");
     ASSERT_EQ(list.rows().size(), 1u);
     EXPECT_EQ(list.rows()[0].buttonTitle, "Grant Permission");

@@ -238,6 +238,7 @@ TEST(PermissionList, EveryRefreshAnnouncesStatusEvenWhenItIsUnchanged) {
     controller->updatePrivacyStatuses();
     controller->updatePrivacyStatuses();
     mac.privacy().setFullDiskAccess(true);
+    mac.runOnePass();  // the probe's answer is kept until the run loop's next pass
     controller->updatePrivacyStatuses();
     EXPECT_EQ(status.statuses, (std::vector<long>{1, 1, 2}));
     // The same record was refreshed; the table still shows it, now granted.
