@@ -1,28 +1,18 @@
-#include <set>
-#include <string>
-
+#include "Guide/GuideProcessState.h"
 #include "Guide/Vantro.h"
-#include "Platform/HostProcess.h"
+#include "Platform/AppleEvents.h"
 
 namespace vantro {
 
-namespace {
-
-struct PaneOpeningProcessState {
-    std::optional<std::set<std::string, std::less<>>> folderAnchors;
-};
-
-}  // namespace
-
 bool Vantro::openPrivacyPreferencesWithAnchor(std::optional<std::string_view> anchor) {
     auto& process = HostProcess::current();
-    auto& state = process.value<PaneOpeningProcessState>();
+    auto& state = guideProcessState();
     std::string chosen = anchor ? std::string(*anchor) : std::string("Privacy");
     if (!state.folderAnchors) {
         state.folderAnchors = std::set<std::string, std::less<>>{
-            std::string(VantroPrivacyFilesAndFolders),  std::string(VantroPrivacyDesktopFolder),
-            std::string(VantroPrivacyDocumentsFolder),  std::string(VantroPrivacyDownloadsFolder),
-            std::string(VantroPrivacyNetworkVolume),    std::string(VantroPrivacyRemovableVolume)};
+            std::string(VantroPrivacyFilesAndFolders), std::string(VantroPrivacyDesktopFolder),
+            std::string(VantroPrivacyDocumentsFolder), std::string(VantroPrivacyDownloadsFolder),
+            std::string(VantroPrivacyNetworkVolume),   std::string(VantroPrivacyRemovableVolume)};
     }
     // The folder and volume categories have no list of their own: they open
     // the Privacy tab at its start.
@@ -36,6 +26,51 @@ bool Vantro::openPrivacyPreferencesWithAnchor(std::optional<std::string_view> an
                                                                     476, "Failed to open URL " + url);
     }
     return opened;
+}
+
+bool Vantro::checkPermissionToAutomate(std::string_view bundleIdentifier, RunningApplicationPtr* runningApplication) {
+    auto& platform = HostProcess::current().platform();
+    auto& state = guideProcessState();
+    if (!state.canDeterminePermissionToAutomate)
+        state.canDeterminePermissionToAutomate = platform.appleEvents().lookUpDeterminePermissionToAutomateTarget();
+    // Before the query existed, nothing stood between the host and its targets.
+    if (!state.canDeterminePermissionToAutomate) return true;
+
+    auto& workspace = platform.workspace();
+    auto firstRunning = [&]() -> RunningApplicationPtr {
+        auto running = workspace.runningApplicationsWithBundleIdentifier(bundleIdentifier);
+        return running.empty() ? nullptr : running.front();
+    };
+    RunningApplicationPtr target = firstRunning();
+    if (!target) {
+        if (auto url = workspace.URLForApplicationWithBundleIdentifier(bundleIdentifier)) {
+            target = workspace.launchApplicationAtURL(*url, NSWorkspaceLaunchAsync | NSWorkspaceLaunchWithoutActivation);
+            if (!target) target = firstRunning();
+        }
+    }
+    if (runningApplication) *runningApplication = target;
+
+    auto& appleEvents = platform.appleEvents();
+    if (!appleEvents.descriptorRespondsToBundleIdentifier()) return true;
+    auto descriptor = appleEvents.descriptorWithBundleIdentifier(bundleIdentifier);
+    if (!descriptor) return true;
+    OSStatus status = appleEvents.determinePermissionToAutomateTarget(*descriptor, typeWildCard, typeWildCard, false);
+    if (status == noErr) return true;
+    if (status == procNotFound && runningApplication) *runningApplication = nullptr;
+    return false;
+}
+
+void Vantro::authorizeIfPossible() {
+    if (!checkPermissionToAutomate(SystemPreferencesBundleIdentifier, nullptr)) return;
+    auto application = HostProcess::current().platform().appleEvents().applicationWithBundleIdentifier(SystemPreferencesBundleIdentifier);
+    if (!application) return;
+    auto currentPane = application->propertyWithCode(fourCharCode("xpcp"));
+    if (!currentPane) return;
+    auto identifier = currentPane->propertyWithCode(fourCharCode("ID  "));
+    auto value = identifier ? identifier->get() : std::nullopt;
+    if (value != "com.apple.preference.security") return;
+    // Asks System Preferences to prompt for unlocking the pane.
+    application->sendEvent(fourCharCode("misc"), fourCharCode("maut"), keyDirectObject, currentPane);
 }
 
 }  // namespace vantro

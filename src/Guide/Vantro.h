@@ -1,16 +1,48 @@
 #pragma once
 
+#include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "Platform/Observation.h"
+#include "Platform/Value.h"
+#include "Platform/Windows.h"
+#include "Platform/Workspace.h"
 #include "StatusCenter/VantroPrivacy.h"
 
 namespace vantro {
 
-// The permission guide: leads the user to a privacy category in System
-// Preferences. Main thread.
-class Vantro {
+class VantroWindowController;
+
+// The guide's delegate. Both messages are optional: a delegate answers
+// whether it responds to each, and only then is it sent.
+class VantroDelegate {
 public:
+    virtual ~VantroDelegate() = default;
+    virtual bool respondsToVantroWillOpenPanel() const { return false; }
+    // Sent once per session start, before the pane is opened.
+    virtual void vantroWillOpenPanel(std::string_view panelIdentifier) { (void)panelIdentifier; }
+    virtual bool respondsToVantroDidOpenPanel() const { return false; }
+    // Sent each time the settings window is found while the overlay is hidden,
+    // just before the overlay is laid over it.
+    virtual void vantroDidOpenPanel(std::string_view panelIdentifier) { (void)panelIdentifier; }
+};
+
+// The permission guide: leads the user to a privacy category in System
+// Preferences and lays the overlay over the settings window while System
+// Preferences is in front. One shared instance per process (sharedKit);
+// others may be made with std::make_shared and behave the same (delayed work
+// holds the guide, so it needs shared ownership). Observable for
+// "isOverlayShown". Main thread.
+class Vantro : public Observable, public Observer, public std::enable_shared_from_this<Vantro> {
+public:
+    Vantro();
+    ~Vantro() override;
+
+    static std::shared_ptr<Vantro> sharedKit();
+
     // Opens System Preferences' Security & Privacy pane at the category's
     // anchor ("Privacy" for nullopt and for the folder and volume categories;
     // "Privacy_Assistive" becomes "Privacy_Accessibility" from 10.10 on).
@@ -18,6 +50,88 @@ public:
     // URL %@", file Vantro, line 476); if the handler returns, so does this,
     // with false.
     static bool openPrivacyPreferencesWithAnchor(std::optional<std::string_view> anchor);
+    // Whether the host may send Apple events to the application, without ever
+    // asking the user; true when the system cannot tell. The target (launched
+    // without activation when not running) is stored in `runningApplication`
+    // when given.
+    static bool checkPermissionToAutomate(std::string_view bundleIdentifier, RunningApplicationPtr* runningApplication);
+    // Asks System Preferences to prompt for unlocking its Security & Privacy
+    // pane, when it shows that pane and the host may automate it.
+    static void authorizeIfPossible();
+    // "windowController.window.visible".
+    static std::vector<std::string> keyPathsForValuesAffectingIsOverlayShown();
+
+    // Starts a session with the category's prompt.
+    void askAccessForPanelIdentifier(std::optional<std::string_view> identifier);
+    // Starts a session with the given message.
+    void askAccessForPanelIdentifier(std::optional<std::string_view> identifier, std::optional<std::string> message);
+    void activatePanel();
+    void callURL();
+    // Ends the session: no monitor, no activation handling, overlay hidden.
+    void stop();
+    void cancelOverlay() { stop(); }
+
+    // Whether the overlay window exists and is visible.
+    bool isOverlayShown() const;
+
+    // The activation rules, for an activated application or, when nullptr,
+    // the front application.
+    void applicationChanged(RunningApplicationPtr activated);
+    void observeValueForKeyPath(std::string_view keyPath, Observable& object, ObservationContext context) override;
+    void addMonitor();
+    void removeMonitor();
+
+    // The System Preferences window's description while System Preferences
+    // is in front, or nullopt.
+    std::optional<Value> preferencesWindow();
+    void updateOverlay();
+    void placeWindowForItem(const Value& windowDescription);
+    void checkWindowName();
+
+    bool stopOnQuitOfSystemPreferences() const { return stopOnQuitOfSystemPreferences_; }
+    void setStopOnQuitOfSystemPreferences(bool v) { stopOnQuitOfSystemPreferences_ = v; }
+    bool stopOnDeactivateOfSystemPreferences() const { return stopOnDeactivateOfSystemPreferences_; }
+    void setStopOnDeactivateOfSystemPreferences(bool v) { stopOnDeactivateOfSystemPreferences_ = v; }
+    bool stopOnActivateOfHostApplication() const { return stopOnActivateOfHostApplication_; }
+    void setStopOnActivateOfHostApplication(bool v) { stopOnActivateOfHostApplication_ = v; }
+    bool didSeeOtherApplication() const { return didSeeOtherApplication_; }
+    void setDidSeeOtherApplication(bool v) { didSeeOtherApplication_ = v; }
+    bool didSeeSystemPreferences() const { return didSeeSystemPreferences_; }
+    void setDidSeeSystemPreferences(bool v) { didSeeSystemPreferences_ = v; }
+    bool didSeePrivacyPanel() const { return didSeePrivacyPanel_; }
+    void setDidSeePrivacyPanel(bool v) { didSeePrivacyPanel_ = v; }
+    std::shared_ptr<VantroDelegate> delegate() const { return delegate_.lock(); }
+    void setDelegate(const std::shared_ptr<VantroDelegate>& delegate) { delegate_ = delegate; }
+    RunningApplicationPtr hostApplication() const { return hostApplication_; }
+    const std::shared_ptr<EventMonitor>& monitor() const { return monitor_; }
+    const std::shared_ptr<VantroWindowController>& windowController() const { return windowController_; }
+    const std::optional<std::string>& panelIdentifier() const { return panelIdentifier_; }
+    void setPanelIdentifier(std::optional<std::string> v) { panelIdentifier_ = std::move(v); }
+    const std::optional<std::string>& privacyPanelName() const { return privacyPanelName_; }
+    void setPrivacyPanelName(std::optional<std::string> v) { privacyPanelName_ = std::move(v); }
+    const std::optional<std::string>& message() const { return message_; }
+    void setMessage(std::optional<std::string> v) { message_ = std::move(v); }
+
+    std::string observableName() const override { return "Vantro"; }
+
+private:
+    void orderOutOverlay();
+    std::optional<std::string> securityPaneTitle();
+    std::string resolvePrompt(std::optional<std::string_view> identifier);
+
+    bool stopOnQuitOfSystemPreferences_ = true;
+    bool stopOnDeactivateOfSystemPreferences_ = false;
+    bool stopOnActivateOfHostApplication_ = true;
+    bool didSeeOtherApplication_ = false;
+    bool didSeeSystemPreferences_ = false;
+    bool didSeePrivacyPanel_ = false;
+    std::weak_ptr<VantroDelegate> delegate_;
+    RunningApplicationPtr hostApplication_;
+    std::shared_ptr<EventMonitor> monitor_;
+    std::shared_ptr<VantroWindowController> windowController_;
+    std::optional<std::string> panelIdentifier_;
+    std::optional<std::string> privacyPanelName_;
+    std::optional<std::string> message_;
 };
 
 }  // namespace vantro

@@ -2,12 +2,19 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <algorithm>
+#include <vector>
 
 namespace vantro {
 
 namespace {
 
-HostProcess* installedProcess = nullptr;
+// Installed processes, most recent last: a simulated Mac made while another
+// exists is current until it goes, and then the earlier one is again.
+std::vector<HostProcess*>& installedProcesses() {
+    static std::vector<HostProcess*> processes;
+    return processes;
+}
 std::unique_ptr<HostProcess>& defaultProcess() {
     static std::unique_ptr<HostProcess> process;
     return process;
@@ -30,28 +37,33 @@ HostProcess::~HostProcess() {
         values_.pop_back();
         object.reset();
     }
-    if (installedProcess == this) installedProcess = nullptr;
+    uninstall(this);
     platform_.reset();
 }
 
 HostProcess& HostProcess::current() {
-    if (installedProcess) return *installedProcess;
+    if (auto* process = currentOrNull()) return *process;
     if (defaultFactory()) {
         defaultProcess() = defaultFactory()();
-        installedProcess = defaultProcess().get();
-        if (installedProcess) return *installedProcess;
+        install(defaultProcess().get());
+        if (auto* process = currentOrNull()) return *process;
     }
     std::fputs("Vantro: no host process is installed; create a simulated Mac or link the macOS shell\n", stderr);
     std::abort();
 }
 
-HostProcess* HostProcess::currentOrNull() { return installedProcess; }
-
-void HostProcess::install(HostProcess* process) { installedProcess = process; }
-
-void HostProcess::uninstall(HostProcess* process) {
-    if (installedProcess == process) installedProcess = nullptr;
+HostProcess* HostProcess::currentOrNull() {
+    auto& processes = installedProcesses();
+    return processes.empty() ? nullptr : processes.back();
 }
+
+void HostProcess::install(HostProcess* process) {
+    if (!process) return;
+    uninstall(process);
+    installedProcesses().push_back(process);
+}
+
+void HostProcess::uninstall(HostProcess* process) { std::erase(installedProcesses(), process); }
 
 void HostProcess::setDefaultFactory(std::function<std::unique_ptr<HostProcess>()> factory) {
     defaultFactory() = std::move(factory);

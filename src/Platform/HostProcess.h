@@ -32,8 +32,9 @@ public:
     // programming error and ends the program with a message.
     static HostProcess& current();
     static HostProcess* currentOrNull();
-    // Makes `process` the current one. Installing while another is installed
-    // replaces it; uninstall only removes `process` if it is the current one.
+    // Makes `process` the current one. Processes installed while another is
+    // current stack above it: uninstalling one makes the one installed before
+    // it current again.
     static void install(HostProcess* process);
     static void uninstall(HostProcess* process);
     // The maker of the process used when nothing is installed (the Mac shell).

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "Platform/Alerts.h"
+#include "Platform/AppleEvents.h"
 #include "Platform/Bundles.h"
 #include "Platform/Defaults.h"
 #include "Platform/Diagnostics.h"
+#include "Platform/Dragging.h"
 #include "Platform/FileSystem.h"
 #include "Platform/RunLoop.h"
 #include "Platform/Services.h"
 #include "Platform/System.h"
+#include "Platform/Windows.h"
 #include "Platform/Workspace.h"
 
 namespace vantro {
@@ -32,6 +35,9 @@ public:
     virtual Alerts& alerts() = 0;
     virtual Workspace& workspace() = 0;
     virtual Services& services() = 0;
+    virtual Windows& windows() = 0;
+    virtual AppleEvents& appleEvents() = 0;
+    virtual Dragging& dragging() = 0;
 };
 
 }  // namespace vantro

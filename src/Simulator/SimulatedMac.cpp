@@ -30,6 +30,9 @@ public:
     Alerts& alerts() override { return mac_.alerts(); }
     Workspace& workspace() override { return mac_.workspace(); }
     Services& services() override { return mac_.services(); }
+    Windows& windows() override { return mac_.windows(); }
+    Dragging& dragging() override { return mac_.dragging(); }
+    AppleEvents& appleEvents() override { return mac_.appleEvents(); }
 
 private:
     SimulatedMac& mac_;
@@ -74,6 +77,9 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
     assertions_ = std::make_unique<SimAssertionHandler>(*this);
     alerts_ = std::make_unique<SimAlerts>(*this);
     workspace_ = std::make_unique<SimWorkspace>(*this);
+    windows_ = std::make_unique<SimWindows>(*this);
+    dragging_ = std::make_unique<SimDragging>(*this);
+    appleEvents_ = std::make_unique<SimAppleEvents>(*this);
     privacy_ = std::make_unique<SimPrivacy>(*this);
     fileSystem_ = std::make_unique<SimFileSystem>(*this, home_);
     services_ = std::make_unique<SimServices>(*this);
@@ -83,9 +89,15 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
     workspace_->install({configuration_.hostBundleIdentifier, configuration_.hostName, "file://" + hostBundle_ + "/", 0.5});
     workspace_->host_ = workspace_->start(configuration_.hostBundleIdentifier);
     workspace_->front_ = workspace_->host_;
-    workspace_->setURLHandler("x-apple.systempreferences", [this](const std::string& url) {
-        record("System Preferences", "opens " + url);
-        return true;
+    workspace_->install({"com.apple.finder", "Finder", "file:///System/Library/CoreServices/Finder.app/", 0.3});
+    workspace_->start("com.apple.finder");
+    systemPreferences_ = std::make_unique<SimSystemPreferences>(*this);
+    // The host's icon dropped on System Preferences' privacy list grants the
+    // category of the list to the host.
+    systemPreferences_->setGrantHandler(
+        [this](const std::string& anchor) { privacy_->setConsentForIdentifier(anchor, Consent::Authorized); });
+    dragging_->setDropTarget([this](const SimDragging::Drop& drop) -> DragOperation {
+        return systemPreferences_->acceptsDrop(drop.url, drop.screenPoint) ? (drop.allowed & NSDragOperationCopy) : NSDragOperationNone;
     });
 
     process_ = std::make_unique<HostProcess>(std::make_unique<SimPlatform>(*this));

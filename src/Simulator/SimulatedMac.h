@@ -10,14 +10,18 @@
 #include "Platform/HostProcess.h"
 #include "Simulator/MacRelease.h"
 #include "Simulator/SimAlerts.h"
+#include "Simulator/SimAppleEvents.h"
 #include "Simulator/SimBundles.h"
 #include "Simulator/SimDefaults.h"
 #include "Simulator/SimDiagnostics.h"
+#include "Simulator/SimDragging.h"
 #include "Simulator/SimFileSystem.h"
 #include "Simulator/SimPrivacy.h"
 #include "Simulator/SimRunLoop.h"
 #include "Simulator/SimServices.h"
 #include "Simulator/SimSystem.h"
+#include "Simulator/SimSystemPreferences.h"
+#include "Simulator/SimWindows.h"
 #include "Simulator/SimWorkspace.h"
 #include "Simulator/Timeline.h"
 
@@ -72,6 +76,10 @@ public:
     SimAssertionHandler& assertionHandler() { return *assertions_; }
     SimAlerts& alerts() { return *alerts_; }
     SimWorkspace& workspace() { return *workspace_; }
+    SimWindows& windows() { return *windows_; }
+    SimDragging& dragging() { return *dragging_; }
+    SimAppleEvents& appleEvents() { return *appleEvents_; }
+    SimSystemPreferences& systemPreferences() { return *systemPreferences_; }
     SimFileSystem& fileSystem() { return *fileSystem_; }
     SimPrivacy& privacy() { return *privacy_; }
     SimServices& services() { return *services_; }
@@ -116,6 +124,10 @@ private:
     std::unique_ptr<SimAssertionHandler> assertions_;
     std::unique_ptr<SimAlerts> alerts_;
     std::unique_ptr<SimWorkspace> workspace_;
+    std::unique_ptr<SimWindows> windows_;
+    std::unique_ptr<SimDragging> dragging_;
+    std::unique_ptr<SimAppleEvents> appleEvents_;
+    std::unique_ptr<SimSystemPreferences> systemPreferences_;
     std::unique_ptr<SimPrivacy> privacy_;
     std::unique_ptr<SimFileSystem> fileSystem_;
     std::unique_ptr<SimServices> services_;

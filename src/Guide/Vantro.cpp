@@ -1,0 +1,158 @@
+#include "Guide/Vantro.h"
+
+#include <mutex>
+
+#include "Guide/GuideProcessState.h"
+#include "Overlay/VantroWindowController.h"
+#include "Platform/HostProcess.h"
+
+namespace vantro {
+
+namespace {
+
+// The context of the guide's observation of the host's "hidden": recognised
+// by its address.
+constexpr char ApplicationIsHiddenContext[] = "Vantro.ApplicationIsHidden";
+
+constexpr std::string_view SecurityPanePath = "/System/Library/PreferencePanes/Security.prefPane";
+
+void replaceAll(std::string& text, std::string_view placeholder, std::string_view replacement) {
+    for (auto at = text.find(placeholder); at != std::string::npos; at = text.find(placeholder, at + replacement.size()))
+        text.replace(at, placeholder.size(), replacement);
+}
+
+}  // namespace
+
+Vantro::Vantro() {
+    hostApplication_ = HostProcess::current().platform().workspace().currentApplication();
+    if (hostApplication_) hostApplication_->addObserver(*this, "hidden", ObservingOptionNone, ApplicationIsHiddenContext);
+}
+
+Vantro::~Vantro() {
+    auto& platform = HostProcess::current().platform();
+    platform.workspace().removeObserver(this);
+    if (hostApplication_) hostApplication_->removeObserver(*this, "hidden", ApplicationIsHiddenContext);
+    if (windowController_ && windowController_->window())
+        windowController_->window()->removeObserver(*this, "visible", GuideOverlayVisibleContext);
+}
+
+std::shared_ptr<Vantro> Vantro::sharedKit() {
+    auto& state = guideProcessState();
+    std::call_once(state.sharedOnce, [&] { state.shared = std::make_shared<Vantro>(); });
+    return state.shared;
+}
+
+void Vantro::askAccessForPanelIdentifier(std::optional<std::string_view> identifier) {
+    askAccessForPanelIdentifier(identifier, resolvePrompt(identifier));
+}
+
+void Vantro::askAccessForPanelIdentifier(std::optional<std::string_view> identifier, std::optional<std::string> message) {
+    panelIdentifier_ = identifier ? std::optional<std::string>(std::string(*identifier)) : std::nullopt;
+    message_ = std::move(message);
+    didSeeSystemPreferences_ = false;
+    didSeeOtherApplication_ = false;
+    privacyPanelName_ = securityPaneTitle();
+    didSeePrivacyPanel_ = false;
+    orderOutOverlay();
+    if (auto d = delegate(); d && d->respondsToVantroWillOpenPanel()) d->vantroWillOpenPanel(panelIdentifier_.value_or(""));
+    // Registered on every start, without looking for an earlier registration:
+    // a second start while a session runs handles each activation twice until
+    // stop removes both.
+    HostProcess::current().platform().workspace().addActivationObserver(
+        this, [this](RunningApplicationPtr activated) { applicationChanged(std::move(activated)); });
+    activatePanel();
+}
+
+std::string Vantro::resolvePrompt(std::optional<std::string_view> identifier) {
+    auto& platform = HostProcess::current().platform();
+    auto framework = platform.bundles().frameworkBundle();
+    auto& state = guideProcessState();
+    if (!state.promptTable) {
+        // Kept only once read: a missing resource is looked for on every call.
+        if (auto path = framework->pathForResource("Prompts", "plist")) {
+            auto table = platform.bundles().propertyListWithContentsOfFile(*path);
+            if (table && table->dictionary()) {
+                if (auto* keys = table->dictionary()->count("keys") ? (*table->dictionary())["keys"].dictionary() : nullptr) {
+                    // From 10.14 on Accessibility is a switch to turn on rather
+                    // than a list to drag into: its prompt says so, whatever the file says.
+                    if (flooredAppKitVersion() > 1561.0) keys->insert_or_assign(std::string(VantroPrivacyAccessibility), Value("CheckForAccess"));
+                }
+                state.promptTable = std::move(*table);
+            }
+        }
+    }
+
+    std::optional<std::string> localizationKey;
+    if (state.promptTable) {
+        const Value* keys = state.promptTable->find("keys");
+        const Value* promptName = keys && identifier ? keys->find(*identifier) : nullptr;
+        if (!promptName && keys) promptName = keys->find("Privacy_Default");
+        const Value* strings = state.promptTable->find("strings");
+        if (promptName && promptName->isString() && strings) {
+            if (const Value* key = strings->find(*promptName->stringPointer())) localizationKey = key->string();
+        }
+    }
+    std::string text = localizationKey ? framework->localizedString(*localizationKey, "", std::nullopt) : std::string();
+    auto current = platform.workspace().currentApplication();
+    replaceAll(text, "%@", current ? current->localizedName() : std::string());
+    return text;
+}
+
+std::optional<std::string> Vantro::securityPaneTitle() {
+    auto& platform = HostProcess::current().platform();
+    auto pane = platform.bundles().bundleWithPath(SecurityPanePath);
+    if (!pane) return std::nullopt;
+    // The user's languages come from the global domain on purpose, not from
+    // the host's own localizations: the pane speaks the user's language.
+    std::vector<std::string> languages;
+    if (auto global = platform.defaults().persistentDomainForName(NSGlobalDomain)) {
+        auto it = global->find("AppleLanguages");
+        if (it != global->end() && it->second.array())
+            for (const auto& language : *it->second.array())
+                if (auto s = language.string()) languages.push_back(*s);
+    }
+    auto preferred = platform.bundles().preferredLocalizations(pane->localizations(), languages);
+    if (preferred.empty()) return std::nullopt;
+    auto path = pane->pathForResource("InfoPlist", "strings", preferred.front());
+    if (!path) return std::nullopt;
+    auto strings = platform.bundles().propertyListWithContentsOfFile(*path);
+    if (!strings) return std::nullopt;
+    const Value* name = strings->find("CFBundleName");
+    return name ? name->string() : std::nullopt;
+}
+
+void Vantro::activatePanel() {
+    callURL();
+    applicationChanged(nullptr);
+}
+
+void Vantro::callURL() {
+    if (!openPrivacyPreferencesWithAnchor(panelIdentifier_)) stop();
+}
+
+void Vantro::stop() {
+    removeMonitor();
+    HostProcess::current().platform().workspace().removeActivationObserver(this);
+    orderOutOverlay();
+}
+
+void Vantro::orderOutOverlay() {
+    if (windowController_ && windowController_->window()) windowController_->window()->orderOut();
+}
+
+bool Vantro::isOverlayShown() const {
+    return windowController_ && windowController_->window() && windowController_->window()->isVisible();
+}
+
+std::vector<std::string> Vantro::keyPathsForValuesAffectingIsOverlayShown() { return {"windowController.window.visible"}; }
+
+void Vantro::observeValueForKeyPath(std::string_view, Observable&, ObservationContext context) {
+    if (context == ApplicationIsHiddenContext) {
+        auto current = HostProcess::current().platform().workspace().currentApplication();
+        if (current && current->isHidden() && isOverlayShown()) orderOutOverlay();
+    } else if (context == GuideOverlayVisibleContext) {
+        didChangeValueForKey("isOverlayShown");
+    }
+}
+
+}  // namespace vantro

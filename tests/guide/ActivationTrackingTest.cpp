@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include "support/GuideFixture.h"
+
+namespace vantro::test {
+namespace {
+
+using ActivationTracking = GuideFixture;
+
+// Each transition of the session's activation state, from a state reached by
+// the flags, with the three stop flags as given.
+TEST_F(ActivationTracking, TransitionsFollowTheStateTable) {
+    enum Who { SystemPreferences, Host, Other };
+    struct Case {
+        const char* name;
+        bool sawPreferences, sawOther;
+        Who activated;
+        bool stopOnQuit, stopOnDeactivate, stopOnHost;
+        bool preferencesRunning;
+        bool stops;
+        bool sawPreferencesAfter, sawOtherAfter;
+    } cases[] = {
+        {"start, preferences", false, false, SystemPreferences, true, false, true, true, false, true, true},
+        {"start, host", false, false, Host, true, false, true, true, false, false, false},
+        {"start, other", false, false, Other, true, false, true, true, false, false, true},
+        {"away, preferences", false, true, SystemPreferences, true, false, true, true, false, true, true},
+        {"away, host", false, true, Host, true, false, true, true, true, false, true},
+        {"away, other", false, true, Other, true, false, true, true, false, false, true},
+        {"guiding, host, defaults", true, true, Host, true, false, true, true, true, true, true},
+        {"guiding, host, no host flag", true, true, Host, true, false, false, true, false, true, true},
+        {"guiding, host, deactivate flag", true, true, Host, false, true, false, true, true, true, true},
+        {"guiding, host, quit flag, preferences gone", true, true, Host, true, false, false, false, true, true, true},
+        {"guiding, host, no flags, preferences gone", true, true, Host, false, false, false, false, false, true, true},
+        {"guiding, other, defaults", true, true, Other, true, false, true, true, false, true, true},
+        {"guiding, other, deactivate flag", true, true, Other, false, true, false, true, true, true, true},
+        {"guiding, other, preferences gone", true, true, Other, true, false, true, false, true, true, true},
+        {"guiding, other, host flag only, gone", true, true, Other, false, false, true, false, false, true, true},
+        {"guiding, preferences", true, true, SystemPreferences, true, true, true, true, false, true, true},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac m;
+        auto kit = Vantro::sharedKit();
+        kit->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);  // System Preferences starts launching
+        m.workspace().install({"com.example.Other", "Other", "file:///Applications/Other.app/", 0.3});
+        auto other = m.workspace().start("com.example.Other");
+        if (!c.preferencesRunning) m.workspace().quit(SystemPreferencesBundleIdentifier);
+        kit->setDidSeeSystemPreferences(c.sawPreferences);
+        kit->setDidSeeOtherApplication(c.sawOther);
+        kit->setStopOnQuitOfSystemPreferences(c.stopOnQuit);
+        kit->setStopOnDeactivateOfSystemPreferences(c.stopOnDeactivate);
+        kit->setStopOnActivateOfHostApplication(c.stopOnHost);
+        auto pending = m.runLoop().pendingCount();
+        RunningApplicationPtr activated = c.activated == Host ? RunningApplicationPtr(m.workspace().host())
+                                          : c.activated == Other ? RunningApplicationPtr(other)
+                                                                 : RunningApplicationPtr(m.workspace().start(SystemPreferencesBundleIdentifier));
+        kit->applicationChanged(activated);
+        EXPECT_EQ(m.workspace().activationObserverCount() == 0, c.stops) << c.name;
+        EXPECT_EQ(kit->didSeeSystemPreferences(), c.sawPreferencesAfter) << c.name;
+        EXPECT_EQ(kit->didSeeOtherApplication(), c.sawOtherAfter) << c.name;
+        bool firstSight = c.activated == SystemPreferences && !c.sawPreferences;
+        EXPECT_EQ(m.runLoop().pendingCount() > pending, firstSight || c.activated == SystemPreferences) << c.name;
+        if (c.activated != SystemPreferences) {
+            EXPECT_FALSE(kit->isOverlayShown()) << c.name;
+            EXPECT_EQ(kit->monitor(), nullptr) << c.name;
+        } else {
+            EXPECT_NE(kit->monitor(), nullptr) << c.name;
+        }
+        kit->stop();
+    }
+}
+
+TEST_F(ActivationTracking, ASecondActivationOfPreferencesSchedulesNoSecondFirstSightWork) {
+    startGuiding();
+    auto* monitorBefore = guide->monitor().get();
+    ASSERT_NE(monitorBefore, nullptr);
+    auto other = otherApp();
+    guide->setStopOnActivateOfHostApplication(false);
+    mac.workspace().activate(other);
+    mac.runFor(0.1);
+    EXPECT_FALSE(guide->isOverlayShown());
+    EXPECT_EQ(guide->monitor(), nullptr);
+    auto urlsBefore = mac.workspace().openedURLs().size();
+    mac.workspace().activate(systemPreferencesApp());
+    mac.runFor(2.0);
+    EXPECT_TRUE(guide->isOverlayShown());
+    EXPECT_EQ(mac.workspace().openedURLs().size(), urlsBefore);  // no second first-sight work
+    EXPECT_EQ(mac.windows().monitorCount(), 1u);
+    EXPECT_EQ(delegate->count("did"), 2);  // told again: the overlay had been hidden
+}
+
+TEST_F(ActivationTracking, HostThenOtherThenHostWithoutPreferencesEndsTheSession) {
+    mac.systemPreferences().setLaunchDelay(60);  // System Preferences never comes forward here
+    guide->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+    mac.runFor(0.1);
+    auto other = otherApp();
+    mac.workspace().activate(other);
+    mac.runFor(0.1);
+    EXPECT_TRUE(sessionRegistered());
+    mac.workspace().activate(mac.workspace().host());
+    mac.runFor(0.1);
+    EXPECT_FALSE(sessionRegistered());
+}
+
+TEST_F(ActivationTracking, WithoutStopFlagsTheHostOnlyHidesTheOverlay) {
+    guide->setStopOnActivateOfHostApplication(false);
+    guide->setStopOnQuitOfSystemPreferences(false);
+    startGuiding();
+    mac.workspace().activate(mac.workspace().host());
+    mac.runFor(0.1);
+    EXPECT_FALSE(guide->isOverlayShown());
+    EXPECT_TRUE(sessionRegistered());
+    mac.workspace().activate(systemPreferencesApp());
+    mac.runFor(0.1);
+    EXPECT_TRUE(guide->isOverlayShown());
+}
+
+TEST_F(ActivationTracking, DeactivateFlagEndsOnTheFirstOtherActivation) {
+    guide->setStopOnDeactivateOfSystemPreferences(true);
+    startGuiding();
+    mac.workspace().activate(otherApp());
+    mac.runFor(0.1);
+    EXPECT_FALSE(sessionRegistered());
+}
+
+TEST_F(ActivationTracking, QuittingPreferencesEndsTheSessionWhenSomethingElseComesForward) {
+    startGuiding();
+    mac.systemPreferences().userQuits();
+    mac.runFor(0.1);
+    EXPECT_FALSE(sessionRegistered());
+    EXPECT_FALSE(guide->isOverlayShown());
+}
+
+TEST_F(ActivationTracking, HidingTheHostHidesTheOverlayAndShowingItDoesNotBringItBack) {
+    startGuiding();
+    ASSERT_TRUE(guide->isOverlayShown());
+    mac.workspace().host()->setHidden(true);
+    EXPECT_FALSE(guide->isOverlayShown());
+    mac.workspace().host()->setHidden(false);
+    EXPECT_FALSE(guide->isOverlayShown());
+    // The next refresh (a click in System Preferences) brings it back.
+    mac.systemPreferences().userShowsPane(sim::SimSystemPreferences::securityPane);
+    EXPECT_TRUE(guide->isOverlayShown());
+}
+
+TEST_F(ActivationTracking, AMouseEventInPreferencesRefreshesTwiceHalfASecondApart) {
+    startGuiding();
+    mac.runFor(1.0);
+    int before = mac.windows().windowListRequests();
+    mac.systemPreferences().userMovesWindow({200, 80});
+    // Three events (down, dragged, up), each refreshing at once: updateOverlay
+    // and checkWindowName each read the window list.
+    int immediate = mac.windows().windowListRequests() - before;
+    EXPECT_EQ(immediate, 3 * 2);
+    EXPECT_EQ(overlay()->frame(), (Rect{{200, 900 - (80 + 580 + 110)}, {668, 690}}));
+    mac.runFor(0.49);
+    EXPECT_EQ(mac.windows().windowListRequests() - before, immediate);
+    mac.runFor(0.01);
+    EXPECT_EQ(mac.windows().windowListRequests() - before, 2 * immediate);
+}
+
+TEST_F(ActivationTracking, TheMonitorSeesOnlyOtherApplicationsAndIsTriedAgainWhenRefused) {
+    mac.windows().setRefusesMonitors(true);
+    startGuiding();
+    EXPECT_EQ(guide->monitor(), nullptr);
+    mac.windows().setRefusesMonitors(false);
+    guide->setStopOnActivateOfHostApplication(false);
+    mac.workspace().activate(mac.workspace().host());
+    mac.runFor(0.1);
+    mac.workspace().activate(systemPreferencesApp());
+    mac.runFor(0.1);
+    EXPECT_NE(guide->monitor(), nullptr);
+    int before = mac.windows().windowListRequests();
+    mac.windows().deliverMouseEvent({NSEventTypeLeftMouseDown, 1, {}}, mac.workspace().host()->processIdentifier());
+    EXPECT_EQ(mac.windows().windowListRequests(), before);
+}
+
+}  // namespace
+}  // namespace vantro::test
