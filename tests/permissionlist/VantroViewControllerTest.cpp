@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -332,6 +334,107 @@ TEST(PermissionList, TheTableReusesItsCellsAcrossRebuilds) {
 
     // A column the layout does not have gets no view.
     EXPECT_EQ(controller->tableView(*table, TableColumn("Other"), 0), nullptr);
+}
+
+TEST(PermissionList, TheLayoutDeclaresWhatTheSimulatedTableStandsFor) {
+    std::ifstream file(std::string(VANTRO_TEST_RESOURCES_DIR) + "/VantroViewController.xib");
+    std::stringstream text;
+    text << file.rdbuf();
+    const std::string layout = text.str();
+    for (std::string fragment : {
+             std::string("customClass=\"VantroViewController\""),
+             "<tableColumn identifier=\"" + std::string(sim::PrivacyCategoryColumnIdentifier) + "\"",
+             "<tableCellView identifier=\"" + std::string(sim::PrivacyCategoryColumnIdentifier) + "\"",
+             std::string("customClass=\"VantroRequestButtonTableCellView\""),
+             std::string("name=\"contentArray\" keyPath=\"privacyCategories\""),
+             std::string("keyPath=\"objectValue.label\""),
+             std::string("keyPath=\"objectValue.reason\""),
+             std::string("<outlet property=\"authorizationButton\""),
+             std::string("<action selector=\"requestAuthorization:\""),
+             std::string("<outlet property=\"delegate\" destination=\"-2\""),
+             "title=\"" + std::string(sim::LayoutButtonTitle) + "\"",
+         }) {
+        EXPECT_NE(layout.find(fragment), std::string::npos) << fragment;
+    }
+}
+
+
+// Runs the simulated Mac in small steps until the guide's overlay shows (or
+// stops showing); answers the time it did, or a negative one.
+double runUntilOverlay(sim::SimulatedMac& mac, bool shown, double limit = 10.0) {
+    for (double waited = 0; waited < limit; waited += 0.05) {
+        if (Vantro::sharedKit()->isOverlayShown() == shown) return mac.now();
+        mac.runFor(0.05);
+    }
+    return -1;
+}
+
+TEST(PermissionList, TheRefreshTimerRunsExactlyWhileTheOverlayShows) {
+    sim::SimulatedMac mac;
+    auto controller = VantroViewController::create();
+    sim::SimPermissionList list(mac, controller);
+    // Loaded but never on screen: activations cause no rebuilds, and the
+    // timer does not care.
+    list.loadView();
+    EXPECT_EQ(controller->vantroWatcherTimer(), nullptr);
+    test::AnnouncementProbe rebuilds(mac, *controller, "privacyCategories");
+
+    Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+    const double shownAt = runUntilOverlay(mac, true);
+    ASSERT_GT(shownAt, 0) << mac.timeline().format();
+    auto timer = controller->vantroWatcherTimer();
+    ASSERT_NE(timer, nullptr);
+    EXPECT_TRUE(timer->isValid());
+    EXPECT_TRUE(rebuilds.times.empty());
+
+    // Each tick leads to a full rebuild 0.1 s later. The overlay was noticed
+    // at most one step after it showed, so the ticks fall in these windows.
+    mac.runFor(3.2);
+    ASSERT_EQ(rebuilds.times.size(), 3u) << ::testing::PrintToString(rebuilds.times);
+    const double firstTick = rebuilds.times[0] - 0.1;
+    EXPECT_GT(firstTick, shownAt - 0.05 + 1.0 - 1e-9);
+    EXPECT_LE(firstTick, shownAt + 1.0 + 1e-9);
+    EXPECT_NEAR(rebuilds.times[1], rebuilds.times[0] + 1.0, 1e-9);
+    EXPECT_NEAR(rebuilds.times[2], rebuilds.times[0] + 2.0, 1e-9);
+
+    // A notification in another context, even one with the same text, is not
+    // the list's: it does not restart a timer stopped behind its back.
+    timer->invalidate();
+    const std::string sameText(IsOverlayShownContext);
+    controller->observeValueForKeyPath("isOverlayShown", *Vantro::sharedKit(), sameText.c_str());
+    EXPECT_EQ(controller->vantroWatcherTimer(), timer);
+    controller->observeValueForKeyPath("isOverlayShown", *Vantro::sharedKit(), IsOverlayShownContext);
+    auto restarted = controller->vantroWatcherTimer();
+    ASSERT_NE(restarted, nullptr);
+    EXPECT_NE(restarted, timer);
+
+    Vantro::sharedKit()->stop();
+    EXPECT_FALSE(Vantro::sharedKit()->isOverlayShown());
+    EXPECT_EQ(controller->vantroWatcherTimer(), nullptr);
+    EXPECT_FALSE(restarted->isValid());
+    const auto rebuildsBefore = rebuilds.times.size();
+    mac.runFor(3.0);
+    // At most the rebuild already scheduled by the last tick.
+    EXPECT_LE(rebuilds.times.size(), rebuildsBefore + 1);
+    EXPECT_EQ(mac.runLoop().pendingTimers(), 0u) << mac.timeline().format();
+}
+
+TEST(PermissionList, ReleasingTheControllerStopsItsTimer) {
+    sim::SimulatedMac mac;
+    auto controller = VantroViewController::create();
+    auto list = std::make_unique<sim::SimPermissionList>(mac, controller);
+    list->loadView();
+    Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+    ASSERT_GT(runUntilOverlay(mac, true), 0);
+    mac.runFor(0.95);  // a tick is due within the next 0.1 s
+    auto timer = controller->vantroWatcherTimer();
+    ASSERT_NE(timer, nullptr);
+    list.reset();
+    controller.reset();
+    EXPECT_FALSE(timer->isValid());
+    EXPECT_TRUE(mac.log().objections().empty());
+    mac.runFor(3.0);  // nothing runs on the released controller
+    Vantro::sharedKit()->stop();
 }
 
 }  // namespace
