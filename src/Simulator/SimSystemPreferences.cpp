@@ -150,13 +150,21 @@ void SimSystemPreferences::authorize() {
     });
 }
 
-bool SimSystemPreferences::acceptsDrop(const std::string& url, Point screenPoint) {
-    if (!isRunning() || pane_ != securityPane) return false;
+Rect SimSystemPreferences::listFrameOnScreen() const {
     double screenHeight = mac_.windows().mainScreenFrame().size.height;
     Rect window{{frame_.origin.x, screenHeight - frame_.maxY()}, frame_.size};
-    // The list sits in the window's lower half, above its bottom buttons.
-    Rect list{{window.origin.x + 200, window.origin.y + 40}, {window.size.width - 220, window.size.height / 2}};
-    if (!list.contains(screenPoint)) return false;
+    // The list sits in the window's lower half, right of the category column.
+    return {{window.origin.x + 200, window.origin.y + 40}, {window.size.width - 220, window.size.height / 2}};
+}
+
+Point SimSystemPreferences::listPoint() const {
+    Rect list = listFrameOnScreen();
+    return {list.origin.x + 240, list.origin.y + 115};
+}
+
+bool SimSystemPreferences::acceptsDrop(const std::string& url, Point screenPoint) {
+    if (!isRunning() || pane_ != securityPane) return false;
+    if (!listFrameOnScreen().contains(screenPoint)) return false;
     if (!listTakesApplications(anchor_)) {
         mac_.record("System Preferences", "the list at " + anchor_ + " takes no applications");
         return false;

@@ -66,6 +66,8 @@ public:
     // Privacy pane shown at a category that takes applications and unlocked
     // where a lock exists. A landed drop of the host grants the category.
     bool acceptsDrop(const std::string& url, Point screenPoint);
+    // A point on the privacy list, in screen coordinates: where the user drops.
+    Point listPoint() const;
     // Who grants a category to the host when its icon lands in the list.
     void setGrantHandler(std::function<void(const std::string& anchor)> handler) { grant_ = std::move(handler); }
     // The categories granted by drops, in order.
@@ -73,6 +75,9 @@ public:
 
     // The pane bundle's name of the Security & Privacy pane per language.
     static std::string securityPaneName(const std::string& language, int majorVersion);
+
+    // The privacy list's frame in screen coordinates (origin bottom left).
+    Rect listFrameOnScreen() const;
 
 private:
     bool openURL(const std::string& url);

@@ -1,6 +1,7 @@
 #include "Simulator/SimulatedMac.h"
 
 #include <cstdlib>
+#include <unistd.h>
 #include <fstream>
 #include <system_error>
 
@@ -39,7 +40,13 @@ private:
 };
 
 std::string makeTemporaryRoot() {
-    std::string pattern = (fs::temp_directory_path() / "vantro-mac-XXXXXX").string();
+    // A simulated Mac makes a few dozen folders: memory-backed storage keeps
+    // that cheap when the user has not chosen a temporary folder.
+    std::error_code ec;
+    fs::path base = !std::getenv("TMPDIR") && fs::is_directory("/dev/shm", ec) && access("/dev/shm", W_OK) == 0
+                        ? fs::path("/dev/shm")
+                        : fs::temp_directory_path();
+    std::string pattern = (base / "vantro-mac-XXXXXX").string();
     if (!mkdtemp(pattern.data())) return (fs::temp_directory_path() / "vantro-mac").string();
     return pattern;
 }
