@@ -162,14 +162,24 @@ TEST(RequestButtonCell, AClickRequestsTheRowsCategoryAndSchedulesARebuild) {
 
     // The network-volume request opens the privacy settings only when it is
     // not silent.
-    mac.runFor(1.0);
-    EXPECT_TRUE(list.click(0));
+    list.userClicks(1.0, 0);
+    mac.runFor(1.05);
+    EXPECT_TRUE(mac.timeline().contains("\"Grant Permission\" of Network Volumes is clicked", "list"));
     EXPECT_EQ(mac.workspace().openedURLs(),
               std::vector<std::string>{"x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"});
     EXPECT_EQ(mac.runLoop().pendingPerforms(controller.get(), VantroViewController::UpdatePrivacyCategoriesSelector), 1u);
     mac.runFor(1.0);
     ASSERT_EQ(rebuilds.times.size(), 1u);
     EXPECT_NEAR(rebuilds.times[0], 1.1, 1e-9);
+
+    // A granted row's button is disabled: clicking it sends nothing.
+    mac.privacy().setFullDiskAccess(true);
+    mac.runOnePass();
+    controller->updatePrivacyStatuses();
+    EXPECT_EQ(list.rows()[0].buttonTitle, "Permission Granted");
+    EXPECT_FALSE(list.click(0));
+    EXPECT_EQ(mac.workspace().openedURLs().size(), 1u);
+    EXPECT_EQ(mac.runLoop().pendingPerforms(controller.get(), VantroViewController::UpdatePrivacyCategoriesSelector), 0u);
 }
 
 TEST(RequestButtonCell, ARowWithoutIdentifierMakesTheButtonInert) {
