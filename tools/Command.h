@@ -41,6 +41,10 @@ struct UsageError {
 bool readMacOption(const std::string& option, Arguments& args, sim::MacConfiguration& configuration);
 
 int runStatus(Arguments args, std::ostream& out);
+int runGuide(Arguments args, std::ostream& out);
+
+// Reads "--frames DIR"; returns false when the argument is something else.
+bool readFramesOption(const std::string& option, Arguments& args, std::optional<std::string>& frames);
 int runList(Arguments args, std::ostream& out);
 
 }  // namespace vantro::tool

@@ -30,6 +30,13 @@ const char* usage =
     "      system does not have are left out. --reason, --grant and --deny may\n"
     "      be repeated; --grant and --deny take the identifiers status takes.\n"
     "\n"
+    "  guide IDENTIFIER [--macos VERSION] [--frames DIR]\n"
+    "      Plays a guide session for IDENTIFIER with a scripted user: System\n"
+    "      Preferences comes forward with the overlay over it, the user unlocks\n"
+    "      the pane where it has a lock, drags the icon into the list and comes\n"
+    "      back to the host. Prints the timeline; with --frames, writes a PNG\n"
+    "      picture of the screen into DIR at each visible change.\n"
+    "\n"
     "  --help    prints this text\n"
     "\n"
     "VERSION is one of 10.9 10.10 10.11 10.12 10.13 10.14 10.15 11 12 13 14 15\n"
@@ -52,6 +59,7 @@ int main(int argc, char** argv) {
         }
         if (command == "status") return vantro::tool::runStatus(std::move(rest), std::cout);
         if (command == "list") return vantro::tool::runList(std::move(rest), std::cout);
+        if (command == "guide") return vantro::tool::runGuide(std::move(rest), std::cout);
         throw vantro::tool::UsageError{"unknown command \"" + command + "\""};
     } catch (const vantro::tool::UsageError& error) {
         std::cerr << "vantro-sim: " << error.message << "\n\n" << usage;

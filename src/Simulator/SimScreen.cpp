@@ -1,0 +1,201 @@
+#include "Simulator/SimScreen.h"
+
+#include <cairo.h>
+
+#include <cstdio>
+#include <numbers>
+
+#include "Simulator/SimCanvas.h"
+#include "Simulator/SimOverlay.h"
+#include "Simulator/SimPermissionList.h"
+#include "Simulator/SimulatedMac.h"
+
+namespace vantro::sim {
+
+namespace {
+
+// Picture coordinates: origin top left, y downwards, like the window list.
+constexpr Rect hostWindow{{120, 140}, {520, 420}};
+constexpr double titleBarHeight = 28;
+
+void roundedRect(cairo_t* cr, const Rect& r, double radius) {
+    double x = r.origin.x, y = r.origin.y, w = r.size.width, h = r.size.height;
+    cairo_new_sub_path(cr);
+    cairo_arc(cr, x + w - radius, y + radius, radius, -std::numbers::pi / 2, 0);
+    cairo_arc(cr, x + w - radius, y + h - radius, radius, 0, std::numbers::pi / 2);
+    cairo_arc(cr, x + radius, y + h - radius, radius, std::numbers::pi / 2, std::numbers::pi);
+    cairo_arc(cr, x + radius, y + radius, radius, std::numbers::pi, 3 * std::numbers::pi / 2);
+    cairo_close_path(cr);
+}
+
+void setColor(cairo_t* cr, double r, double g, double b, double a = 1) { cairo_set_source_rgba(cr, r, g, b, a); }
+
+void text(cairo_t* cr, double x, double y, const std::string& s, double size, bool bold = false) {
+    cairo_select_font_face(cr, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL, bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(cr, size);
+    cairo_move_to(cr, x, y);
+    cairo_show_text(cr, s.c_str());
+}
+
+// A window with a shadow, a title bar with its three buttons and a title.
+void drawWindow(cairo_t* cr, const Rect& frame, const std::string& title, bool active) {
+    setColor(cr, 0, 0, 0, 0.25);
+    roundedRect(cr, {{frame.origin.x + 2, frame.origin.y + 6}, frame.size}, 10);
+    cairo_fill(cr);
+    setColor(cr, 0.96, 0.96, 0.96);
+    roundedRect(cr, frame, 10);
+    cairo_fill(cr);
+    setColor(cr, active ? 0.88 : 0.93, active ? 0.88 : 0.93, active ? 0.88 : 0.93);
+    cairo_rectangle(cr, frame.origin.x, frame.origin.y + 8, frame.size.width, titleBarHeight - 8);
+    cairo_fill(cr);
+    const double buttons[3][3] = {{1, 0.37, 0.34}, {1, 0.74, 0.18}, {0.16, 0.79, 0.25}};
+    for (int i = 0; i < 3; ++i) {
+        setColor(cr, buttons[i][0], buttons[i][1], buttons[i][2], active ? 1 : 0.35);
+        cairo_arc(cr, frame.origin.x + 16 + 20 * i, frame.origin.y + 14, 6, 0, 2 * std::numbers::pi);
+        cairo_fill(cr);
+    }
+    setColor(cr, 0.2, 0.2, 0.2);
+    cairo_text_extents_t extents;
+    cairo_select_font_face(cr, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
+    cairo_set_font_size(cr, 13);
+    cairo_text_extents(cr, title.c_str(), &extents);
+    text(cr, frame.origin.x + (frame.size.width - extents.width) / 2, frame.origin.y + 19, title, 13, true);
+}
+
+void drawHostWindow(SimulatedMac& mac, cairo_t* cr, const SimPermissionList* list, bool active) {
+    drawWindow(cr, hostWindow, mac.configuration().hostName, active);
+    if (!list) return;
+    double y = hostWindow.origin.y + titleBarHeight + 24;
+    setColor(cr, 0.1, 0.1, 0.1);
+    text(cr, hostWindow.origin.x + 20, y, "Permissions", 15, true);
+    y += 16;
+    for (const auto& row : list->rows()) {
+        setColor(cr, 1, 1, 1);
+        roundedRect(cr, {{hostWindow.origin.x + 16, y}, {hostWindow.size.width - 32, 52}}, 6);
+        cairo_fill(cr);
+        setColor(cr, 0.1, 0.1, 0.1);
+        text(cr, hostWindow.origin.x + 28, y + 21, row.label, 13, true);
+        setColor(cr, 0.45, 0.45, 0.45);
+        text(cr, hostWindow.origin.x + 28, y + 39, row.reason, 11);
+        Rect button{{hostWindow.maxX() - 190, y + 13}, {160, 26}};
+        setColor(cr, row.buttonEnabled ? 0.16 : 0.85, row.buttonEnabled ? 0.48 : 0.85, row.buttonEnabled ? 0.98 : 0.85);
+        roundedRect(cr, button, 6);
+        cairo_fill(cr);
+        if (row.buttonEnabled) setColor(cr, 1, 1, 1);
+        else setColor(cr, 0.5, 0.5, 0.5);
+        text(cr, button.origin.x + 12, button.origin.y + 18, row.buttonTitle, 12);
+        y += 60;
+    }
+}
+
+void drawSystemPreferences(SimulatedMac& mac, cairo_t* cr, bool active) {
+    auto& preferences = mac.systemPreferences();
+    Rect frame = preferences.windowFrame();
+    drawWindow(cr, frame, preferences.windowTitle(), active);
+    double screenHeight = mac.windows().mainScreenFrame().size.height;
+    if (preferences.currentPane() != SimSystemPreferences::securityPane) {
+        setColor(cr, 0.4, 0.4, 0.4);
+        text(cr, frame.origin.x + 30, frame.origin.y + 80, "General settings", 14);
+        return;
+    }
+    // The category column and the list, as the pane shows them.
+    Rect list = preferences.listFrameOnScreen();
+    Rect listInPicture{{list.origin.x, screenHeight - list.maxY()}, list.size};
+    setColor(cr, 0.9, 0.9, 0.92);
+    cairo_rectangle(cr, frame.origin.x + 12, listInPicture.origin.y - 40, 176, list.size.height + 40);
+    cairo_fill(cr);
+    const char* categories[] = {"Location Services", "Contacts", "Calendars", "Reminders", "Photos",
+                                "Accessibility", "Full Disk Access", "Files and Folders", "Automation"};
+    std::string anchor = preferences.anchor();
+    std::string selected = anchor == "Privacy_AllFiles" ? "Full Disk Access"
+                           : anchor == "Privacy_Accessibility" ? "Accessibility"
+                           : anchor == "Privacy_Photos" ? "Photos" : "";
+    double y = listInPicture.origin.y - 28;
+    for (const char* category : categories) {
+        if (selected == category) {
+            setColor(cr, 0.16, 0.48, 0.98);
+            cairo_rectangle(cr, frame.origin.x + 14, y - 14, 172, 20);
+            cairo_fill(cr);
+            setColor(cr, 1, 1, 1);
+        } else {
+            setColor(cr, 0.15, 0.15, 0.15);
+        }
+        text(cr, frame.origin.x + 22, y, category, 12);
+        y += 24;
+    }
+    setColor(cr, 0.15, 0.15, 0.15);
+    text(cr, listInPicture.origin.x, listInPicture.origin.y - 16,
+         selected.empty() ? "Privacy" : "Allow the apps below to use " + selected + ":", 12);
+    setColor(cr, 1, 1, 1);
+    cairo_rectangle(cr, listInPicture.origin.x, listInPicture.origin.y, list.size.width, list.size.height);
+    cairo_fill(cr);
+    setColor(cr, 0.75, 0.75, 0.75);
+    cairo_set_line_width(cr, 1);
+    cairo_rectangle(cr, listInPicture.origin.x + 0.5, listInPicture.origin.y + 0.5, list.size.width - 1, list.size.height - 1);
+    cairo_stroke(cr);
+    double rowY = listInPicture.origin.y + 6;
+    for (const auto& granted : preferences.grantedByDrop()) {
+        if (granted != anchor) continue;
+        drawApplicationIcon(cr, {{listInPicture.origin.x + 8, rowY}, {22, 22}}, applicationIconImageName(mac));
+        setColor(cr, 0.1, 0.1, 0.1);
+        text(cr, listInPicture.origin.x + 38, rowY + 16, "\xE2\x98\x91 " + mac.configuration().hostName, 12);
+        rowY += 28;
+    }
+    if (preferences.hasLock()) {
+        setColor(cr, 0.3, 0.3, 0.3);
+        text(cr, frame.origin.x + 20, frame.maxY() - 14,
+             preferences.isLocked() ? "Locked: click the lock to make changes." : "Unlocked: click the lock to prevent further changes.", 11);
+    }
+}
+
+}  // namespace
+
+bool renderScreen(SimulatedMac& mac, const ScreenContents& contents, const std::string& pngPath) {
+    Rect screen = mac.windows().mainScreenFrame();
+    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(screen.size.width),
+                                                          static_cast<int>(screen.size.height));
+    cairo_t* cr = cairo_create(surface);
+
+    cairo_pattern_t* desktop = cairo_pattern_create_linear(0, 0, 0, screen.size.height);
+    cairo_pattern_add_color_stop_rgb(desktop, 0, 0.20, 0.33, 0.58);
+    cairo_pattern_add_color_stop_rgb(desktop, 1, 0.45, 0.30, 0.55);
+    cairo_set_source(cr, desktop);
+    cairo_paint(cr);
+    cairo_pattern_destroy(desktop);
+
+    auto front = mac.workspace().front();
+    setColor(cr, 1, 1, 1, 0.8);
+    cairo_rectangle(cr, 0, 0, screen.size.width, 24);
+    cairo_fill(cr);
+    setColor(cr, 0.1, 0.1, 0.1);
+    text(cr, 16, 17, std::string("\xEF\xA3\xBF  ") + (front ? front->localizedName() : std::string()), 13, true);
+    char clock[32];
+    std::snprintf(clock, sizeof clock, "t = %.1f s", mac.now());
+    text(cr, screen.size.width - 110, 17, clock, 12);
+
+    auto preferences = mac.workspace().application(SystemPreferencesBundleIdentifier);
+    bool preferencesShown = preferences && !preferences->isHidden();
+    bool preferencesFront = preferencesShown && front == preferences;
+    bool hostShown = !mac.workspace().host()->isHidden();
+    if (preferencesFront) {
+        if (hostShown) drawHostWindow(mac, cr, contents.permissionList, false);
+        drawSystemPreferences(mac, cr, true);
+    } else {
+        if (preferencesShown) drawSystemPreferences(mac, cr, false);
+        if (hostShown) drawHostWindow(mac, cr, contents.permissionList, front == mac.workspace().host());
+    }
+    if (contents.overlay) {
+        if (auto* window = simOverlayWindow(*contents.overlay); window && window->isVisible()) {
+            Rect f = window->frame();
+            renderOverlay(cr, *window, *contents.overlay, {f.origin.x, screen.size.height - f.maxY()});
+        }
+    }
+    renderDraggedImage(cr, mac.dragging(), screen.size.height);
+
+    cairo_destroy(cr);
+    bool written = cairo_surface_write_to_png(surface, pngPath.c_str()) == CAIRO_STATUS_SUCCESS;
+    cairo_surface_destroy(surface);
+    return written;
+}
+
+}  // namespace vantro::sim

@@ -1,0 +1,66 @@
+#include <ostream>
+
+#include "Command.h"
+#include "Guide/Vantro.h"
+#include "Overlay/VantroWindowController.h"
+#include "Simulator/SimOverlay.h"
+#include "StatusCenter/VantroRequestStatusCenter.h"
+#include "Story.h"
+
+namespace vantro::tool {
+
+bool readFramesOption(const std::string& option, Arguments& args, std::optional<std::string>& frames) {
+    if (option != "--frames") return false;
+    frames = args.value();
+    if (!frames || frames->empty()) throw UsageError{"--frames needs a DIR"};
+    return true;
+}
+
+void scriptDragIntoList(sim::SimulatedMac& mac, Vantro& guide, double startAt) {
+    mac.userDoes(startAt, "presses on the icon in the overlay and starts dragging it", [&mac, &guide] {
+        if (guide.windowController()) sim::userStartsDraggingIcon(mac, *guide.windowController());
+    });
+    mac.userDoes(startAt + 0.5, "carries the icon over the list", [&mac] {
+        mac.dragging().moveTo(mac.systemPreferences().listPoint());
+    });
+    mac.userDoes(startAt + 1.0, "drops the icon into the list", [&mac] { mac.dragging().dropAt(mac.systemPreferences().listPoint()); });
+}
+
+int runGuide(Arguments args, std::ostream& out) {
+    sim::MacConfiguration configuration;
+    std::optional<std::string> frames;
+    std::optional<std::string> identifier;
+    while (!args.empty()) {
+        std::string option = args.next();
+        if (readMacOption(option, args, configuration) || readFramesOption(option, args, frames)) continue;
+        if (option.rfind("--", 0) == 0) throw UsageError{"unknown option \"" + option + "\" for guide"};
+        if (identifier) throw UsageError{"guide takes one IDENTIFIER"};
+        identifier = option;
+    }
+    if (!identifier) throw UsageError{"guide needs an IDENTIFIER, such as Privacy_AllFiles"};
+
+    sim::SimulatedMac mac(configuration);
+    Story story(mac, frames);
+    auto guide = Vantro::sharedKit();
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    auto status = [&] { return center->privacyAuthorizationStatusForIdentifier(*identifier); };
+    out << "Status of " << *identifier << " before: " << status() << "\n";
+
+    mac.record("host", "asks the guide for access to " + *identifier);
+    guide->askAccessForPanelIdentifier(*identifier);
+    story.contents().overlay = guide->windowController().get();
+    story.runUntil(1.5);
+    story.contents().overlay = guide->windowController().get();
+    if (mac.systemPreferences().hasLock())
+        mac.userDoes(1.0, "clicks the lock and types the password", [&mac] { mac.systemPreferences().userUnlocks(); });
+    scriptDragIntoList(mac, *guide, 2.0);
+    mac.userDoes(5.0, "switches back to " + configuration.hostName, [&mac] { mac.workspace().activate(mac.workspace().host()); });
+    story.runUntil(7.0);
+
+    out << "\nTimeline:\n" << mac.timeline().format();
+    out << "\nStatus of " << *identifier << " after: " << status() << "\n";
+    if (frames) out << story.frames().size() << " pictures written to " << *frames << "\n";
+    return ExitOK;
+}
+
+}  // namespace vantro::tool
