@@ -180,6 +180,16 @@ TEST(RequestButtonCell, AClickRequestsTheRowsCategoryAndSchedulesARebuild) {
     EXPECT_FALSE(list.click(0));
     EXPECT_EQ(mac.workspace().openedURLs().size(), 1u);
     EXPECT_EQ(mac.runLoop().pendingPerforms(controller.get(), VantroViewController::UpdatePrivacyCategoriesSelector), 0u);
+
+    // A cell that outlives its list still requests, and schedules nothing.
+    auto cell = list.table()->viewAtRow(0)->cell;
+    rebuilds.stop();
+    list.close();
+    controller.reset();
+    EXPECT_EQ(cell->vantroViewController(), nullptr);
+    cell->requestAuthorization(nullptr);
+    EXPECT_EQ(mac.workspace().openedURLs().size(), 2u);  // the request is made all the same
+    mac.runFor(1.0);
 }
 
 TEST(RequestButtonCell, ARowWithoutIdentifierMakesTheButtonInert) {

@@ -289,24 +289,6 @@ TEST(PermissionList, ReleasingTheControllerEndsEveryRegistration) {
     }
 }
 
-TEST(PermissionList, PendingWorkNeverKeepsTheControllerAlive) {
-    sim::SimulatedMac mac;
-    auto controller = VantroViewController::create();
-    sim::SimPermissionList list(mac, controller);
-    list.show();
-    controller->scheduleUpdatePrivacyCategories();
-    auto cell = list.table()->viewAtRow(0)->cell;
-    list.close();
-    std::weak_ptr<VantroViewController> watched = controller;
-    controller.reset();
-    EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(cell->vantroViewController(), nullptr);
-    // The cell outlived its list: a click still asks for the category and
-    // schedules nothing.
-    cell->requestAuthorization(nullptr);
-    mac.runFor(2.0);
-}
-
 TEST(PermissionList, TheTableReusesItsCellsAcrossRebuilds) {
     sim::SimulatedMac mac;
     auto controller = VantroViewController::create();
