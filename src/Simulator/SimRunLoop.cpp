@@ -197,6 +197,15 @@ bool SimRunLoop::runModeUntil(std::string_view mode, const std::function<bool()>
     return true;
 }
 
+void SimRunLoop::discardPendingWork() {
+    // What the work holds may be let go only now; letting it go may not add
+    // more, but taking it out first keeps the map sound either way.
+    while (!items_.empty()) {
+        auto items = std::move(items_);
+        items_.clear();
+    }
+}
+
 std::size_t SimRunLoop::pendingTimers() const {
     return static_cast<std::size_t>(std::count_if(items_.begin(), items_.end(), [](const auto& e) {
         return e.second.kind == Kind::Timer && e.second.timer->valid;

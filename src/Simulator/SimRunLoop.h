@@ -54,6 +54,10 @@ public:
     // Returns whether `done` was met. Used for modal sessions.
     bool runModeUntil(std::string_view mode, const std::function<bool()>& done, double timeout);
 
+    // Drops every pending piece of work, with whatever it holds: the process
+    // is ending.
+    void discardPendingWork();
+
     // Pending work of each kind, for tests.
     std::size_t pendingTimers() const;
     std::size_t pendingPerforms(const void* target, std::string_view selector) const;

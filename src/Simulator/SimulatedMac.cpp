@@ -115,8 +115,10 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
 }
 
 SimulatedMac::~SimulatedMac() {
-    // The process goes first: the framework's objects unregister from the
-    // platform while it still exists.
+    // Pending work goes first, while its process is current (it may hold the
+    // framework's objects), then the process itself: the framework's objects
+    // unregister from the platform while it still exists.
+    runLoop_->discardPendingWork();
     process_.reset();
     makeRemovable(root_);
     std::error_code ec;
