@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Guide/Vantro.h"
 #include "Simulator/SimulatedMac.h"
 
 namespace vantro::tool {
@@ -42,9 +43,13 @@ bool readMacOption(const std::string& option, Arguments& args, sim::MacConfigura
 
 int runStatus(Arguments args, std::ostream& out);
 int runGuide(Arguments args, std::ostream& out);
+int runRoad(Arguments args, std::ostream& out);
 
 // Reads "--frames DIR"; returns false when the argument is something else.
 bool readFramesOption(const std::string& option, Arguments& args, std::optional<std::string>& frames);
+// The scripted user's drag of the overlay's icon into System Preferences'
+// list, starting `startAt` seconds from now and dropping a second later.
+void scriptDragIntoList(sim::SimulatedMac& mac, Vantro& guide, double startAt);
 int runList(Arguments args, std::ostream& out);
 
 }  // namespace vantro::tool

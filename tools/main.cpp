@@ -12,6 +12,15 @@ const char* usage =
     "Runs Vantro on a simulated Mac.\n"
     "\n"
     "Commands:\n"
+    "  road [--macos VERSION] [--frames DIR]\n"
+    "      Vantro's main job, end to end: a host's permission list shows Full\n"
+    "      Disk Access with \"Grant Permission\"; the user clicks, System\n"
+    "      Preferences opens with the overlay over it, the user drags the icon\n"
+    "      into the list and comes back; the row reads \"Permission Granted\".\n"
+    "      Prints the list before and after and the timeline; with --frames,\n"
+    "      writes a PNG picture of the screen into DIR at each visible change.\n"
+    "      VERSION must be 10.14 or later.\n"
+    "\n"
     "  status [--macos VERSION] [--sandboxed] [--json]\n"
     "         [--grant IDENTIFIER] [--deny IDENTIFIER] [--restricted IDENTIFIER]\n"
     "      Prints every privacy category's identifier, status and request type\n"
@@ -59,6 +68,7 @@ int main(int argc, char** argv) {
         }
         if (command == "status") return vantro::tool::runStatus(std::move(rest), std::cout);
         if (command == "list") return vantro::tool::runList(std::move(rest), std::cout);
+        if (command == "road") return vantro::tool::runRoad(std::move(rest), std::cout);
         if (command == "guide") return vantro::tool::runGuide(std::move(rest), std::cout);
         throw vantro::tool::UsageError{"unknown command \"" + command + "\""};
     } catch (const vantro::tool::UsageError& error) {

@@ -168,7 +168,7 @@ bool renderScreen(SimulatedMac& mac, const ScreenContents& contents, const std::
     cairo_rectangle(cr, 0, 0, screen.size.width, 24);
     cairo_fill(cr);
     setColor(cr, 0.1, 0.1, 0.1);
-    text(cr, 16, 17, std::string("\xEF\xA3\xBF  ") + (front ? front->localizedName() : std::string()), 13, true);
+    text(cr, 16, 17, front ? front->localizedName() : std::string(), 13, true);
     char clock[32];
     std::snprintf(clock, sizeof clock, "t = %.1f s", mac.now());
     text(cr, screen.size.width - 110, 17, clock, 12);

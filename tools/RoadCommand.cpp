@@ -1,0 +1,62 @@
+#include <ostream>
+
+#include "Command.h"
+#include "Guide/Vantro.h"
+#include "PermissionList/VantroViewController.h"
+#include "Simulator/SimPermissionList.h"
+#include "Story.h"
+
+namespace vantro::tool {
+
+namespace {
+
+void printRows(std::ostream& out, const char* heading, const sim::SimPermissionList& list) {
+    out << heading << "\n";
+    for (const auto& row : list.rows()) {
+        out << "  " << row.label << (row.reason.empty() ? "" : " — " + row.reason) << "  [" << row.buttonTitle
+            << (row.buttonEnabled ? "" : ", disabled") << "]\n";
+    }
+}
+
+}  // namespace
+
+int runRoad(Arguments args, std::ostream& out) {
+    sim::MacConfiguration configuration;
+    std::optional<std::string> frames;
+    while (!args.empty()) {
+        std::string option = args.next();
+        if (option == "--sandboxed") throw UsageError{"road needs Full Disk Access in the list; a sandboxed host never lists it"};
+        if (readMacOption(option, args, configuration) || readFramesOption(option, args, frames)) continue;
+        throw UsageError{"unknown option \"" + option + "\" for road"};
+    }
+    if (configuration.appKitVersionNumber() <= 1561.0 + 0.999)
+        throw UsageError{"road needs macOS 10.14 or later, where Full Disk Access exists"};
+
+    sim::SimulatedMac mac(configuration);
+    auto controller = VantroViewController::create();
+    controller->setReasonStrings(VantroViewController::ReasonStrings{
+        {std::string(VantroPrivacyFullDiskAccess), "Needed to back up every file on your Mac."}});
+    sim::SimPermissionList list(mac, controller);
+    Story story(mac, frames);
+    story.contents().permissionList = &list;
+    mac.record("host", "shows its permission list");
+    list.show();
+    printRows(out, "The list before:", list);
+
+    auto guide = Vantro::sharedKit();
+    list.userClicks(1.0, 0);
+    story.runUntil(2.0);
+    story.contents().overlay = guide->windowController().get();
+    if (mac.systemPreferences().hasLock())
+        mac.userDoes(1.0, "clicks the lock and types the password", [&mac] { mac.systemPreferences().userUnlocks(); });
+    scriptDragIntoList(mac, *guide, 2.0);
+    mac.userDoes(3.5, "switches back to " + configuration.hostName, [&mac] { mac.workspace().activate(mac.workspace().host()); });
+    story.runUntil(6.5);
+
+    out << "\nTimeline:\n" << mac.timeline().format() << "\n";
+    printRows(out, "The list after:", list);
+    if (frames) out << story.frames().size() << " pictures written to " << *frames << "\n";
+    return ExitOK;
+}
+
+}  // namespace vantro::tool
