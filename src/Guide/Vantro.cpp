@@ -72,11 +72,11 @@ std::string Vantro::resolvePrompt(std::optional<std::string_view> identifier) {
         if (auto path = framework->pathForResource("Prompts", "plist")) {
             auto table = platform.bundles().propertyListWithContentsOfFile(*path);
             if (table && table->dictionary()) {
-                if (auto* keys = table->dictionary()->count("keys") ? (*table->dictionary())["keys"].dictionary() : nullptr) {
-                    // From 10.14 on Accessibility is a switch to turn on rather
-                    // than a list to drag into: its prompt says so, whatever the file says.
-                    if (flooredAppKitVersion() > 1561.0) keys->insert_or_assign(std::string(VantroPrivacyAccessibility), Value("CheckForAccess"));
-                }
+                auto keys = table->dictionary()->find("keys");
+                // From 10.14 on Accessibility is a switch to turn on rather
+                // than a list to drag into: its prompt says so, whatever the file says.
+                if (keys != table->dictionary()->end() && keys->second.dictionary() && flooredAppKitVersion() > 1561.0)
+                    keys->second.dictionary()->insert_or_assign(std::string(VantroPrivacyAccessibility), Value("CheckForAccess"));
                 state.promptTable = std::move(*table);
             }
         }

@@ -1,5 +1,6 @@
 #include "PermissionList/VantroViewController.h"
 
+#include <iterator>
 #include <set>
 
 #include "Guide/Vantro.h"
@@ -30,24 +31,22 @@ const std::set<std::string, std::less<>>& supportedPrivacyCategories() {
         // Strictly greater than 1671: folder protection exists (10.15 on).
         // Strictly greater than 1561: Full Disk Access and Photos protection
         // exist (10.14 on). 1561.x and 1671.x themselves fall below.
+        // The first ten exist from 10.14 on, all fifteen from 10.15 on.
+        constexpr PrivacyCategoryIdentifier listable[] = {
+            VantroPrivacyFullDiskAccess,   VantroPrivacyAutomation,      VantroPrivacyAccessibility,
+            VantroPrivacyAssistive,        VantroPrivacyLocationServices, VantroPrivacyContacts,
+            VantroPrivacyDiagnostics,      VantroPrivacyCalendars,       VantroPrivacyReminders,
+            VantroPrivacyPhotos,           VantroPrivacyDesktopFolder,   VantroPrivacyDocumentsFolder,
+            VantroPrivacyDownloadsFolder,  VantroPrivacyNetworkVolume,   VantroPrivacyRemovableVolume};
+        constexpr PrivacyCategoryIdentifier beforeMojave[] = {VantroPrivacyContacts, VantroPrivacyCalendars,
+                                                              VantroPrivacyReminders};
         const double version = flooredAppKitVersion();
         std::set<std::string, std::less<>> members;
-        if (version > 1671) {
-            for (auto identifier :
-                 {VantroPrivacyFullDiskAccess, VantroPrivacyAutomation, VantroPrivacyAccessibility, VantroPrivacyAssistive,
-                  VantroPrivacyLocationServices, VantroPrivacyContacts, VantroPrivacyDiagnostics, VantroPrivacyCalendars,
-                  VantroPrivacyReminders, VantroPrivacyPhotos, VantroPrivacyDesktopFolder, VantroPrivacyDocumentsFolder,
-                  VantroPrivacyDownloadsFolder, VantroPrivacyNetworkVolume, VantroPrivacyRemovableVolume})
-                members.emplace(identifier);
-        } else if (version > 1561) {
-            for (auto identifier :
-                 {VantroPrivacyFullDiskAccess, VantroPrivacyAutomation, VantroPrivacyAccessibility, VantroPrivacyAssistive,
-                  VantroPrivacyLocationServices, VantroPrivacyContacts, VantroPrivacyDiagnostics, VantroPrivacyCalendars,
-                  VantroPrivacyReminders, VantroPrivacyPhotos})
-                members.emplace(identifier);
+        if (version > 1561) {
+            std::size_t count = version > 1671 ? std::size(listable) : 10;
+            members.insert(std::begin(listable), std::begin(listable) + count);
         } else {
-            for (auto identifier : {VantroPrivacyContacts, VantroPrivacyCalendars, VantroPrivacyReminders})
-                members.emplace(identifier);
+            members.insert(std::begin(beforeMojave), std::end(beforeMojave));
         }
         // A sandboxed host can never be given Full Disk Access by dragging it
         // into the list, so the list does not offer it.

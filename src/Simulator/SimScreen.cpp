@@ -15,7 +15,7 @@ namespace vantro::sim {
 namespace {
 
 // Picture coordinates: origin top left, y downwards, like the window list.
-constexpr Rect hostWindow{{120, 140}, {520, 420}};
+constexpr Rect hostWindow = SimWindows::hostWindowFrame;
 constexpr double titleBarHeight = 28;
 
 void roundedRect(cairo_t* cr, const Rect& r, double radius) {

@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::string_view urlScheme = "x-apple.systempreferences";
 constexpr double activationDelay = 0.2;
+// The localizations of the simulated Security pane bundle.
+const std::vector<std::string> securityPaneLanguages = {"de", "en", "ja", "zh-Hans"};
 
 // The panes whose privacy list takes applications dropped on it.
 bool listTakesApplications(const std::string& anchor) {
@@ -43,7 +45,7 @@ std::string SimSystemPreferences::securityPaneName(const std::string& language, 
 
 void SimSystemPreferences::writeSecurityPaneBundle() {
     fs::path resources = fs::path(mac_.realPath("/System/Library/PreferencePanes/Security.prefPane")) / "Contents" / "Resources";
-    for (std::string language : {"en", "de", "ja", "zh-Hans"}) {
+    for (const auto& language : securityPaneLanguages) {
         std::error_code ec;
         fs::create_directories(resources / (language + ".lproj"), ec);
         std::ofstream(resources / (language + ".lproj") / "InfoPlist.strings")
@@ -65,7 +67,7 @@ bool SimSystemPreferences::hasLock() const { return mac_.release().systemVersion
 std::string SimSystemPreferences::windowTitle() const {
     if (pane_ != securityPane) return pane_ == "com.apple.preference.general" ? "General" : pane_;
     auto languages = mac_.defaults().userLanguages();
-    auto preferred = mac_.bundles().preferredLocalizations({"de", "en", "ja", "zh-Hans"}, languages);
+    auto preferred = mac_.bundles().preferredLocalizations(securityPaneLanguages, languages);
     return securityPaneName(preferred.empty() ? "en" : preferred.front(), mac_.release().systemVersion.majorVersion);
 }
 

@@ -5,10 +5,6 @@
 
 namespace vantro::sim {
 
-namespace {
-constexpr Rect hostWindowFrame{{120, 140}, {520, 420}};
-}
-
 bool SimWindows::titlesVisible() const {
     const auto& v = mac_.release().systemVersion;
     return screenRecording_ || (v.majorVersion == 10 && v.minorVersion < 15);

@@ -20,6 +20,9 @@ class SimWindows : public Windows {
 public:
     explicit SimWindows(SimulatedMac& mac) : mac_(mac) {}
 
+    // The host's one window, in window-list coordinates (origin top left).
+    static constexpr Rect hostWindowFrame{{120, 140}, {520, 420}};
+
     std::optional<std::vector<Value>> windowListDescriptions(std::uint32_t options) override;
     Rect mainScreenFrame() override { return screen_; }
     OverlayLayout loadWindowNib(std::string_view nibName, VantroWindowController& owner) override;
