@@ -205,16 +205,6 @@ TEST(ServiceStatuses, EventKitCodesMapRestrictedToNotDetermined) {
                                                                    "EKEventStore authorizationStatusForEntityType: 1"}));
 }
 
-TEST(ServiceStatuses, ASilentRefusedCalendarsRequestShowsNoAlert) {
-    sim::SimulatedMac mac;
-    auto center = std::make_shared<AlertRecordingCenter>();
-    mac.privacy().answerNextPrompt(PromptAnswer::deny(0.5));
-    center->requestCalendarsAuthorization(true);
-    mac.runUntilIdle(5);
-    EXPECT_EQ(mac.privacy().consent(PromptedService::Calendars), Consent::Denied);
-    EXPECT_TRUE(center->alerts.empty());
-}
-
 TEST(ServiceStatuses, ALoudRefusedCalendarsRequestAlertsOnlyAfterTheHopToTheMainQueue) {
     sim::SimulatedMac mac;
     auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
@@ -251,6 +241,7 @@ TEST(ServiceStatuses, EventKitRequestsAlertOnlyWhenRefusedAndLoud) {
         {"restricted", false, Consent::Restricted, std::nullopt, false, {"Privacy_Calendars"}, Consent::Restricted},
         {"never answered", false, Consent::NotDetermined, PromptAnswer::never(), false, {}, Consent::NotDetermined},
         {"refused reminders", true, Consent::NotDetermined, PromptAnswer::deny(), false, {"Privacy_Reminders"}, Consent::Denied},
+        {"silent refusal", false, Consent::NotDetermined, PromptAnswer::deny(0.5), true, {}, Consent::Denied},
     };
     for (const auto& c : cases) {
         sim::SimulatedMac mac;
