@@ -10,7 +10,7 @@
 #include "Platform/Value.h"
 #include "Platform/Windows.h"
 #include "Platform/Workspace.h"
-#include "StatusCenter/VantroPrivacy.h"
+#include "Vocabulary/VantroPrivacy.h"
 
 namespace vantro {
 

@@ -5,7 +5,7 @@
 
 #include "Platform/Controls.h"
 #include "Platform/Observation.h"
-#include "StatusCenter/PrivacyCategoryRecord.h"
+#include "Vocabulary/PrivacyCategoryRecord.h"
 
 namespace vantro {
 

@@ -10,8 +10,8 @@
 #include "Platform/Controls.h"
 #include "Platform/Observation.h"
 #include "Platform/RunLoop.h"
-#include "StatusCenter/PrivacyCategoryRecord.h"
-#include "StatusCenter/VantroPrivacy.h"
+#include "Vocabulary/PrivacyCategoryRecord.h"
+#include "Vocabulary/VantroPrivacy.h"
 
 namespace vantro {
 

@@ -9,7 +9,9 @@ namespace vantro {
 
 inline constexpr std::string_view NSGlobalDomain = "NSGlobalDomain";
 
-// The host's user defaults and the system's preference domains. Main thread.
+// The host's user defaults and the system's preference domains. Main thread,
+// except copyAppValue, which any thread may call (the Photos answer reads the
+// photo library daemon's preference on the system's queue).
 class Defaults {
 public:
     Defaults() = default;

@@ -24,8 +24,9 @@ struct PlatformError {
     std::shared_ptr<const PlatformError> underlying;
 };
 
-// The file manager. Calls are synchronous, may block on the disk, and are made
-// on the main thread by the framework.
+// The file manager (NSFileManager's default manager, NSString's path
+// methods). Calls are synchronous and may block on the disk. Safe from any
+// thread: the Photos answer touches the library from the system's queue.
 class FileSystem {
 public:
     FileSystem() = default;

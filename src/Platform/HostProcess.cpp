@@ -3,11 +3,19 @@
 #include <cstdio>
 #include <cstdlib>
 #include <algorithm>
+#include <mutex>
 #include <vector>
 
 namespace vantro {
 
 namespace {
+
+// Guards the installed processes, the default process and its maker. The
+// maker runs under it, so concurrent first calls make one default process.
+std::recursive_mutex& processesMutex() {
+    static std::recursive_mutex mutex;
+    return mutex;
+}
 
 // Installed processes, most recent last: a simulated Mac made while another
 // exists is current until it goes, and then the earlier one is again.
@@ -32,9 +40,14 @@ HostProcess::~HostProcess() {
     // Later values may refer to earlier ones (a list controller to the guide),
     // so they go first. A value's destructor may still ask for the current
     // process, so this one stays installed until every value is gone.
-    while (!values_.empty()) {
-        auto object = std::move(values_.back().object);
-        values_.pop_back();
+    for (;;) {
+        std::shared_ptr<void> object;
+        {
+            std::lock_guard lock(valuesMutex_);
+            if (values_.empty()) break;
+            object = std::move(values_.back().object);
+            values_.pop_back();
+        }
         object.reset();
     }
     uninstall(this);
@@ -42,6 +55,9 @@ HostProcess::~HostProcess() {
 }
 
 HostProcess& HostProcess::current() {
+    if (auto* process = currentOrNull()) return *process;
+    std::lock_guard lock(processesMutex());
+    // Another thread may have made the default process while this one waited.
     if (auto* process = currentOrNull()) return *process;
     if (defaultFactory()) {
         defaultProcess() = defaultFactory()();
@@ -53,20 +69,33 @@ HostProcess& HostProcess::current() {
 }
 
 HostProcess* HostProcess::currentOrNull() {
+    std::lock_guard lock(processesMutex());
     auto& processes = installedProcesses();
     return processes.empty() ? nullptr : processes.back();
 }
 
 void HostProcess::install(HostProcess* process) {
     if (!process) return;
+    std::lock_guard lock(processesMutex());
     uninstall(process);
     installedProcesses().push_back(process);
 }
 
-void HostProcess::uninstall(HostProcess* process) { std::erase(installedProcesses(), process); }
+void HostProcess::uninstall(HostProcess* process) {
+    std::lock_guard lock(processesMutex());
+    std::erase(installedProcesses(), process);
+}
 
 void HostProcess::setDefaultFactory(std::function<std::unique_ptr<HostProcess>()> factory) {
-    defaultFactory() = std::move(factory);
+    std::unique_ptr<HostProcess> previous;
+    {
+        std::lock_guard lock(processesMutex());
+        previous = std::move(defaultProcess());
+        defaultFactory() = std::move(factory);
+    }
+    // The previous maker's process ends with it, outside the lock: its
+    // values may ask for the current process while they go.
+    previous.reset();
 }
 
 }  // namespace vantro

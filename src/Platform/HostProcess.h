@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <typeindex>
 #include <utility>
 #include <vector>
@@ -29,7 +30,9 @@ public:
 
     // The process the framework runs in. Installs the default process (see
     // setDefaultFactory) when none is installed; without either, the call is a
-    // programming error and ends the program with a message.
+    // programming error and ends the program with a message. Safe from any
+    // thread: when several threads make the first call at once, one default
+    // process is made and all of them get it.
     static HostProcess& current();
     static HostProcess* currentOrNull();
     // Makes `process` the current one. Processes installed while another is
@@ -38,13 +41,18 @@ public:
     static void install(HostProcess* process);
     static void uninstall(HostProcess* process);
     // The maker of the process used when nothing is installed (the Mac shell).
+    // A new maker ends the process the previous one made.
     static void setDefaultFactory(std::function<std::unique_ptr<HostProcess>()> factory);
 
     Platform& platform() { return *platform_; }
 
-    // The once-per-process value of type T, made on first use.
+    // The once-per-process value of type T, made on first use. Safe from any
+    // thread: concurrent first calls make one value, and every caller gets
+    // that one. T's constructor may ask for other values. What T holds is
+    // its own to guard.
     template <class T>
     T& value() {
+        std::lock_guard lock(valuesMutex_);
         for (auto& slot : values_)
             if (slot.type == std::type_index(typeid(T))) return *static_cast<T*>(slot.object.get());
         auto object = std::make_shared<T>();
@@ -59,6 +67,8 @@ private:
         std::shared_ptr<void> object;
     };
     std::unique_ptr<Platform> platform_;
+    // Recursive: a value's constructor may ask for another value.
+    std::recursive_mutex valuesMutex_;
     std::vector<Slot> values_;
 };
 

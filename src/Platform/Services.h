@@ -67,7 +67,9 @@ public:
 // class exists and whether it responds to a message before sending it.
 //
 // Every operation is called on the main thread and returns at once unless
-// said otherwise. Completions run on a queue of the system's choosing, never on
+// said otherwise; classExists, classRespondsToSelector, systemPhotoLibraryURL
+// and resolveBookmarkData may also be called from any thread (the Photos
+// answer finds the library on the system's queue). Completions run on a queue of the system's choosing, never on
 // the caller's stack and never on the main thread; they hold what they capture
 // until they have run, and a completion whose answer never comes is never run
 // (and never released before the process ends).

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "StatusCenter/VantroPrivacy.h"
+#include "Vocabulary/VantroPrivacy.h"
 
 namespace vantro {
 

@@ -1,4 +1,4 @@
-#include "StatusCenter/VantroPrivacy.h"
+#include "Vocabulary/VantroPrivacy.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "StatusCenter/PrivacyCategoryRecord.h"
+#include "Vocabulary/PrivacyCategoryRecord.h"
 
 namespace vantro {
 
