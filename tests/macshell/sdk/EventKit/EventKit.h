@@ -1,0 +1,53 @@
+// Stand-in used only by the Mac shell type-check: EventKit's authorization
+// status and the access requests for Calendars and Reminders.
+#ifndef VANTRO_MACSHELL_EVENTKIT_H
+#define VANTRO_MACSHELL_EVENTKIT_H
+
+#import <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+// EKEntityType is NSUInteger (event 0, reminder 1). Checked against
+// developer.apple.com/documentation/eventkit/ekentitytype, onestack.dev
+// EKEntityType (`init?(rawValue: UInt)`) and the Xamarin EKEntityType docs
+// (Event = unsigned int64 0).
+typedef NS_ENUM(NSUInteger, EKEntityType) {
+    EKEntityTypeEvent,
+    EKEntityTypeReminder
+};
+
+// EKAuthorizationStatus is NSInteger 0…4; Authorized is the old name of
+// FullAccess. Checked against developer.apple.com/documentation/eventkit/ekauthorizationstatus
+// and docs.rs objc2-event-kit / icrate EKTypes.rs (NSInteger, values 0–4,
+// Authorized = FullAccess).
+typedef NS_ENUM(NSInteger, EKAuthorizationStatus) {
+    EKAuthorizationStatusNotDetermined = 0,
+    EKAuthorizationStatusRestricted,
+    EKAuthorizationStatusDenied,
+    EKAuthorizationStatusFullAccess,
+    EKAuthorizationStatusWriteOnly,
+    EKAuthorizationStatusAuthorized = EKAuthorizationStatusFullAccess
+};
+
+// Checked against developer.apple.com/documentation/eventkit/ekeventstorerequestaccesscompletionhandler
+// (`(Bool, (any Error)?) -> Void`) and docs.rs objc2-event-kit
+// (`Fn(Bool, *mut NSError)`).
+typedef void (^EKEventStoreRequestAccessCompletionHandler)(BOOL granted, NSError *_Nullable error);
+
+// Checked against developer.apple.com/documentation/eventkit/ekeventstore/authorizationstatus(for:),
+// .../requestaccess(to:completion:), .../requestfullaccesstoevents(completion:)
+// and docs.rs objc2-event-kit EKEventStore (requestFullAccessToRemindersWithCompletion:).
+@interface EKEventStore : NSObject
+
++ (EKAuthorizationStatus)authorizationStatusForEntityType:(EKEntityType)entityType;
+
+- (void)requestFullAccessToEventsWithCompletion:(EKEventStoreRequestAccessCompletionHandler)completion;
+- (void)requestFullAccessToRemindersWithCompletion:(EKEventStoreRequestAccessCompletionHandler)completion;
+- (void)requestAccessToEntityType:(EKEntityType)entityType
+                       completion:(EKEventStoreRequestAccessCompletionHandler)completion;
+
+@end
+
+NS_ASSUME_NONNULL_END
+
+#endif
