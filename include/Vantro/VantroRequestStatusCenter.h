@@ -1,0 +1,94 @@
+// The status center: what a privacy category's status is, how it is
+// obtained, and asking for it.
+
+#import <Foundation/Foundation.h>
+#import <Vantro/VantroPrivacy.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// Tells, without bothering the user, whether the host holds a privacy
+/// permission, and asks for it. Requests have no completion: ask for the
+/// status again afterwards. Use on the main thread.
+///
+/// A subclass may redefine any per-service operation (the status and request
+/// of one service); dispatch by identifier then runs the subclass's.
+@interface VantroRequestStatusCenter : NSObject
+
+/// The shared instance, made on first use and kept for the life of the process.
+@property (class, readonly, strong) VantroRequestStatusCenter *sharedRequestStatusCenter NS_SWIFT_NAME(shared);
+
+/// Whether the process has Full Disk Access: YES before 10.14 and for a
+/// sandboxed host; else the verdict of listing the directories only Full Disk
+/// Access opens, shared by every call within one pass of the run loop.
++ (BOOL)hasFullDiskAccess;
+/// One uncached probe of those directories.
++ (BOOL)checkHasFullDiskAccess;
+/// The status of the Desktop, Documents or Downloads folder from a listing of
+/// it. Listing a folder the user has not decided on makes the system ask.
++ (PrivacyAuthorizationStatus)filesAndFoldersAuthorizationStatus:(nullable PrivacyCategoryIdentifier)identifier
+    NS_SWIFT_NAME(filesAndFoldersAuthorizationStatus(_:));
+/// The system photo library's path, or nil when it cannot be found.
++ (nullable NSString *)photosSystemLibraryPath;
+/// Loads Photos.framework, at most once per process, unless it is loaded.
++ (void)loadPhotosFramework;
+/// Loads the private AssetsLibraryServices.framework, at most once per process.
++ (void)loadAssetsLibraryServicesFramework;
+/// The account's home directory from the user database, even for a
+/// sandboxed host; nil when the database has no entry for the user.
++ (nullable NSString *)userHomeDirectory;
+/// Whether the host's signature carries the App Sandbox entitlement.
++ (BOOL)isApplicationSandboxed;
+
+- (instancetype)init NS_DESIGNATED_INITIALIZER;
+
+/// The status of a category; 0 (with a line in the system log) for an
+/// identifier the status center does not serve.
+- (PrivacyAuthorizationStatus)privacyAuthorizationStatusForIdentifier:(nullable PrivacyCategoryIdentifier)identifier
+    NS_SWIFT_NAME(privacyAuthorizationStatus(for:));
+/// How a category is obtained, from the framework's RequestTypes resource.
+- (PrivacyAuthorizationRequestType)authorizationRequestTypeForIdentifier:(nullable PrivacyCategoryIdentifier)identifier
+    NS_SWIFT_NAME(authorizationRequestType(for:));
+/// Asks for a category. With silent YES nothing of the framework's own is
+/// shown (no refusal alert, guide or pane), except for Accessibility.
+- (void)requestPrivacyAuthorizationForIdentifier:(nullable PrivacyCategoryIdentifier)identifier
+                                          silent:(BOOL)silent
+    NS_SWIFT_NAME(requestPrivacyAuthorization(for:silent:));
+
+- (PrivacyAuthorizationStatus)fullDiskAccessAuthorizationStatus;
+- (void)requestFullDiskAccessAuthorization:(BOOL)silent NS_SWIFT_NAME(requestFullDiskAccessAuthorization(silent:));
+- (PrivacyAuthorizationStatus)photosAuthorizationStatus;
+- (void)requestPhotosAuthorization:(BOOL)silent NS_SWIFT_NAME(requestPhotosAuthorization(silent:));
+- (PrivacyAuthorizationStatus)calendarsAuthorizationStatus;
+- (void)requestCalendarsAuthorization:(BOOL)silent NS_SWIFT_NAME(requestCalendarsAuthorization(silent:));
+- (PrivacyAuthorizationStatus)remindersAuthorizationStatus;
+- (void)requestRemindersAuthorization:(BOOL)silent NS_SWIFT_NAME(requestRemindersAuthorization(silent:));
+- (PrivacyAuthorizationStatus)contactsAuthorizationStatus;
+- (void)requestContactsAuthorization:(BOOL)silent NS_SWIFT_NAME(requestContactsAuthorization(silent:));
+- (PrivacyAuthorizationStatus)desktopFolderAuthorizationStatus;
+- (PrivacyAuthorizationStatus)documentsFolderAuthorizationStatus;
+- (PrivacyAuthorizationStatus)downloadsFolderAuthorizationStatus;
+- (PrivacyAuthorizationStatus)foldersAndVolumesAuthorizationStatus;
+- (void)requestDesktopFolderAuthorization:(BOOL)silent NS_SWIFT_NAME(requestDesktopFolderAuthorization(silent:));
+- (void)requestDocumentsFolderAuthorization:(BOOL)silent NS_SWIFT_NAME(requestDocumentsFolderAuthorization(silent:));
+- (void)requestDownloadsFolderAuthorization:(BOOL)silent NS_SWIFT_NAME(requestDownloadsFolderAuthorization(silent:));
+- (void)requestAndFoldersAuthorization:(BOOL)silent NS_SWIFT_NAME(requestAndFoldersAuthorization(silent:));
+- (PrivacyAuthorizationStatus)accessibilityAuthorizationStatus;
+/// Shows the refusal alert to an untrusted process, silent or not.
+- (void)requestAccessibilityAuthorizationStatus:(BOOL)silent
+    NS_SWIFT_NAME(requestAccessibilityAuthorizationStatus(silent:));
+
+/// The modal "Permission Refused" alert, whose first button opens the privacy
+/// settings at the category's anchor. Its texts come from the host's main
+/// bundle.
+- (void)alertOpenPrivacyPreferences:(PrivacyCategoryIdentifier)identifier NS_SWIFT_NAME(alertOpenPrivacyPreferences(_:));
+
+/// When NO, the Contacts status before 10.11 and the folder statuses answer
+/// 0 rather than run a check that may make the system ask.
+@property (atomic) BOOL allowPotentiallyVerboseRechecks;
+/// Whether the Photos status on 10.14 may come from the system's private
+/// Photos privacy object; a completed Photos request sets it to NO.
+@property (nonatomic) BOOL canRelyOnPLPrivacyValue;
+
+@end
+
+NS_ASSUME_NONNULL_END

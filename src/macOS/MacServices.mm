@@ -1,0 +1,255 @@
+// Services on the real Mac.
+//
+// Implements: EventKit's EKEventStore, Contacts' CNAuthorization and
+// CNContactStore, and AddressBook's ABAddressBook, each found by name at run
+// time (the framework links none of them: the framework that owns a class is
+// loaded from its bundle path, once, the first time the class is asked for);
+// AXIsProcessTrustedWithOptions with kAXTrustedCheckOptionPrompt; loading a
+// bundle by path; Photos' PHPhotoLibrary and the private PLPrivacy object,
+// found by name once the framework has loaded them, every private message
+// preceded by respondsToSelector:; bookmark resolution with
+// CFURLCreateByResolvingBookmarkData. Class look-ups, systemPhotoLibraryURL
+// and bookmark resolution are safe on any thread.
+// Completions of EventKit, Contacts and Photos arrive on the system's queues
+// and are handed on unchanged: the core hops to the main queue.
+// Known gaps: the error passed to a completion keeps its domain and code but
+// not its description (the framework reads neither).
+
+#import <AddressBook/AddressBook.h>
+#import <ApplicationServices/ApplicationServices.h>
+#import <Contacts/Contacts.h>
+#import <CoreFoundation/CoreFoundation.h>
+#import <EventKit/EventKit.h>
+#import <Foundation/Foundation.h>
+#import <Photos/Photos.h>
+
+#include <dispatch/dispatch.h>
+
+#include "macOS/MacAreas.h"
+#include "macOS/MacFoundation.h"
+
+// The classes found by name, seen through the class messages the framework
+// sends them, with the SDK's own types: a class found by name is not linked,
+// so it cannot be named directly.
+@protocol VantroEventStoreClass <NSObject>
++ (EKAuthorizationStatus)authorizationStatusForEntityType:(EKEntityType)entityType;
+@end
+
+@protocol VantroContactsClass <NSObject>
++ (CNAuthorizationStatus)authorizationStatusForEntityType:(CNEntityType)entityType;
+@end
+
+@protocol VantroAddressBookClass <NSObject>
++ (nullable ABAddressBook*)sharedAddressBook;
+@end
+
+@protocol VantroPhotoLibraryClass <NSObject>
++ (PHAuthorizationStatus)authorizationStatus;
++ (void)requestAuthorization:(void (^)(PHAuthorizationStatus status))handler;
+@end
+
+// The private messages the framework may send, declared here since no SDK
+// header publishes them. Each is sent only after respondsToSelector: said yes.
+@protocol VantroPhotosPrivacy <NSObject>
+- (BOOL)isPhotosTCCAccessAllowed;
+- (BOOL)isPhotosTCCAccessNotAllowed;
+- (BOOL)isPhotosTCCAccessRestricted;
+- (int)photosTCCAccessStatus;
+@end
+
+@protocol VantroPhotosPrivacyClass <NSObject>
++ (nullable id<VantroPhotosPrivacy>)sharedInstance;
+@end
+
+@protocol VantroSystemPhotoLibraryClass <NSObject>
++ (nullable NSURL*)systemPhotoLibraryURL;
+@end
+
+namespace vantro::mac {
+
+namespace {
+
+struct OwningFramework {
+    NSString* className;
+    NSString* frameworkPath;
+};
+
+// The frameworks behind the classes the framework finds by name but does not
+// link. Photos is not here: the core decides when it is loaded.
+const OwningFramework owningFrameworks[] = {
+    {@"EKEventStore", @"/System/Library/Frameworks/EventKit.framework"},
+    {@"CNContactStore", @"/System/Library/Frameworks/Contacts.framework"},
+    {@"CNAuthorization", @"/System/Library/Frameworks/Contacts.framework"},
+    {@"ABAddressBook", @"/System/Library/Frameworks/AddressBook.framework"},
+};
+
+// The class of that name, after loading the framework that owns it when it
+// is one of the unlinked ones. nil when the system has no such class.
+Class classNamed(NSString* name) {
+    if (Class found = NSClassFromString(name)) return found;
+    for (const auto& owner : owningFrameworks) {
+        if (![owner.className isEqualToString:name]) continue;
+        // NSBundle loads a bundle once; loading it again is a cheap no-op.
+        [[NSBundle bundleWithPath:owner.frameworkPath] load];
+        return NSClassFromString(name);
+    }
+    return nil;
+}
+
+std::function<void(BOOL, NSError*)> completionFor(std::function<void(bool granted, const PlatformError* error)> completion) {
+    return [completion = std::move(completion)](BOOL granted, NSError* error) {
+        if (!error) {
+            completion(granted, nullptr);
+            return;
+        }
+        PlatformError failure = toPlatformError(error);
+        completion(granted, &failure);
+    };
+}
+
+class MacPhotosPrivacyObject final : public PhotosPrivacyObject {
+public:
+    explicit MacPhotosPrivacyObject(id<VantroPhotosPrivacy> object) : object_(object) {}
+
+    bool respondsToSelector(std::string_view selector) const override {
+        return [object_ respondsToSelector:NSSelectorFromString(toNSString(selector))];
+    }
+    bool isPhotosTCCAccessAllowed() override {
+        return [object_ respondsToSelector:@selector(isPhotosTCCAccessAllowed)] && [object_ isPhotosTCCAccessAllowed];
+    }
+    bool isPhotosTCCAccessNotAllowed() override {
+        return [object_ respondsToSelector:@selector(isPhotosTCCAccessNotAllowed)] && [object_ isPhotosTCCAccessNotAllowed];
+    }
+    bool isPhotosTCCAccessRestricted() override {
+        return [object_ respondsToSelector:@selector(isPhotosTCCAccessRestricted)] && [object_ isPhotosTCCAccessRestricted];
+    }
+    std::int32_t photosTCCAccessStatus() override {
+        return [object_ respondsToSelector:@selector(photosTCCAccessStatus)] ? [object_ photosTCCAccessStatus] : 0;
+    }
+
+private:
+    id<VantroPhotosPrivacy> object_;
+};
+
+// EventKit's request without a prompt of its own, and the old Photos and
+// address-book calls: the framework asks exactly these on every release.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"
+
+class MacServices final : public Services {
+public:
+    bool classExists(std::string_view className) override { return classNamed(toNSString(className)) != nil; }
+
+    bool classRespondsToSelector(std::string_view className, std::string_view selector) override {
+        Class found = classNamed(toNSString(className));
+        return found && [found respondsToSelector:NSSelectorFromString(toNSString(selector))];
+    }
+
+    long eventStoreAuthorizationStatus(long entityType) override {
+        Class store = classNamed(@"EKEventStore");
+        if (![store respondsToSelector:@selector(authorizationStatusForEntityType:)]) return 0;
+        return [(Class<VantroEventStoreClass>)store authorizationStatusForEntityType:static_cast<EKEntityType>(entityType)];
+    }
+
+    void requestEventStoreAccess(long entityType,
+                                 std::function<void(bool granted, const PlatformError* error)> completion) override {
+        Class storeClass = classNamed(@"EKEventStore");
+        if (!storeClass) return;
+        // Made for this request alone; released when this returns.
+        EKEventStore* store = [[storeClass alloc] init];
+        auto answer = completionFor(std::move(completion));
+        [store requestAccessToEntityType:static_cast<EKEntityType>(entityType)
+                              completion:^(BOOL granted, NSError* _Nullable error) {
+                                answer(granted, error);
+                              }];
+    }
+
+    long contactsAuthorizationStatus(std::string_view className, long entityType) override {
+        Class found = classNamed(toNSString(className));
+        if (![found respondsToSelector:@selector(authorizationStatusForEntityType:)]) return 0;
+        return [(Class<VantroContactsClass>)found authorizationStatusForEntityType:static_cast<CNEntityType>(entityType)];
+    }
+
+    void requestContactsAccess(long entityType,
+                               std::function<void(bool granted, const PlatformError* error)> completion) override {
+        Class storeClass = classNamed(@"CNContactStore");
+        if (!storeClass) return;
+        CNContactStore* store = [[storeClass alloc] init];
+        auto answer = completionFor(std::move(completion));
+        [store requestAccessForEntityType:static_cast<CNEntityType>(entityType)
+                        completionHandler:^(BOOL granted, NSError* _Nullable error) {
+                          answer(granted, error);
+                        }];
+    }
+
+    bool sharedAddressBookExists() override {
+        Class addressBook = classNamed(@"ABAddressBook");
+        if (![addressBook respondsToSelector:@selector(sharedAddressBook)]) return false;
+        return [(Class<VantroAddressBookClass>)addressBook sharedAddressBook] != nil;
+    }
+
+    bool isProcessTrustedWithOptions(bool prompt) override {
+        NSDictionary* options = @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : @(prompt)};
+        return AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options);
+    }
+
+    bool loadBundleAtPath(std::string_view path) override {
+        NSBundle* bundle = [NSBundle bundleWithPath:toNSString(path)];
+        return bundle && [bundle load];
+    }
+
+    long photoLibraryAuthorizationStatus() override {
+        Class library = NSClassFromString(@"PHPhotoLibrary");
+        if (![library respondsToSelector:@selector(authorizationStatus)]) return 0;
+        return [(Class<VantroPhotoLibraryClass>)library authorizationStatus];
+    }
+
+    void requestPhotoLibraryAuthorization(std::function<void(long status)> handler) override {
+        Class library = NSClassFromString(@"PHPhotoLibrary");
+        if (![library respondsToSelector:@selector(requestAuthorization:)]) return;
+        [(Class<VantroPhotoLibraryClass>)library requestAuthorization:^(PHAuthorizationStatus status) {
+          handler(status);
+        }];
+    }
+
+    std::optional<PlatformURL> systemPhotoLibraryURL() override {
+        Class library = NSClassFromString(@"PHPhotoLibrary");
+        if (![library respondsToSelector:@selector(systemPhotoLibraryURL)]) return std::nullopt;
+        NSURL* url = [(Class<VantroSystemPhotoLibraryClass>)library systemPhotoLibraryURL];
+        if (!url) return std::nullopt;
+        return PlatformURL{static_cast<bool>(url.isFileURL), toString(url.path)};
+    }
+
+    std::shared_ptr<PhotosPrivacyObject> photosPrivacySharedInstance() override {
+        Class privacy = NSClassFromString(@"PLPrivacy");
+        if (![privacy respondsToSelector:@selector(sharedInstance)]) return nullptr;
+        id<VantroPhotosPrivacy> object = [(Class<VantroPhotosPrivacyClass>)privacy sharedInstance];
+        if (!object) return nullptr;
+        return std::make_shared<MacPhotosPrivacyObject>(object);
+    }
+
+    BookmarkResolution resolveBookmarkData(const Data& bookmark, unsigned long options) override {
+        NSData* data = [NSData dataWithBytes:bookmark.bytes.data() length:bookmark.bytes.size()];
+        CFErrorRef error = nullptr;
+        CFURLRef url = CFURLCreateByResolvingBookmarkData(kCFAllocatorDefault, (__bridge CFDataRef)data,
+                                                          static_cast<CFURLBookmarkResolutionOptions>(options), nullptr,
+                                                          nullptr, nullptr, &error);
+        BookmarkResolution resolution;
+        if (url) {
+            NSURL* resolved = CFBridgingRelease(url);
+            resolution.url = PlatformURL{static_cast<bool>(resolved.isFileURL), toString(resolved.path)};
+        } else if (error) {
+            resolution.errorDescription = toString(CFBridgingRelease(CFErrorCopyDescription(error)));
+        }
+        if (error) CFRelease(error);
+        return resolution;
+    }
+};
+
+#pragma clang diagnostic pop
+
+}  // namespace
+
+std::unique_ptr<Services> makeServices() { return std::make_unique<MacServices>(); }
+
+}  // namespace vantro::mac
