@@ -5,6 +5,10 @@
 
 #import <Foundation/Foundation.h>
 
+#if !__has_feature(objc_arc)
+#error "The Mac shell is built with automatic reference counting (-fobjc-arc)"
+#endif
+
 #include <optional>
 #include <string>
 #include <string_view>
