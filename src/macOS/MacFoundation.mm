@@ -8,7 +8,7 @@ namespace vantro::mac {
 
 NSString* toNSString(std::string_view text) {
     NSString* string = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:NSUTF8StringEncoding];
-    return string ?: @"";
+    return string ? string : @"";
 }
 
 std::string toString(NSString* _Nullable text) {
@@ -99,7 +99,7 @@ id _Nullable toFoundation(const Value& value) {
         NSMutableArray* array = [NSMutableArray array];
         for (const auto& item : *value.array()) {
             id object = toFoundation(item);
-            [array addObject:object ?: [NSNull null]];
+            [array addObject:object ? object : [NSNull null]];
         }
         return array;
     }

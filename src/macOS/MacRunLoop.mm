@@ -153,7 +153,7 @@ public:
         // Between passes the run loop has no current mode; the contract calls
         // that the default mode.
         NSString* mode = NSRunLoop.currentRunLoop.currentMode;
-        return toString(mode ?: static_cast<NSString*>(::NSDefaultRunLoopMode));
+        return toString(mode ? mode : static_cast<NSString*>(::NSDefaultRunLoopMode));
     }
 
 private:

@@ -14,7 +14,7 @@
 
 namespace {
 
-std::string text(NSString* string) { return string.UTF8String ?: ""; }
+std::string text(NSString* string) { return string.UTF8String ? string.UTF8String : ""; }
 
 TEST(PublicInterface, ExportedConstantsAreTheCoresValues) {
     NSString* exported[] = {
