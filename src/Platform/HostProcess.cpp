@@ -23,9 +23,12 @@ std::vector<HostProcess*>& installedProcesses() {
     static std::vector<HostProcess*> processes;
     return processes;
 }
+// The default process lasts as long as the real one: it is not torn down by
+// exit-time destructors, which run when the platform's own objects (AppKit's,
+// on a Mac) may already be gone.
 std::unique_ptr<HostProcess>& defaultProcess() {
-    static std::unique_ptr<HostProcess> process;
-    return process;
+    static auto* process = new std::unique_ptr<HostProcess>();
+    return *process;
 }
 std::function<std::unique_ptr<HostProcess>()>& defaultFactory() {
     static std::function<std::unique_ptr<HostProcess>()> factory;
