@@ -52,8 +52,9 @@ public:
     // list (XML, binary or strings format) at a path; nullopt when missing or
     // unreadable.
     virtual std::optional<Value> propertyListWithContentsOfFile(std::string_view path) = 0;
-    // preferredLocalizationsFromArray:forPreferences:; empty when no
-    // localization matches the preferences.
+    // preferredLocalizationsFromArray:forPreferences:. Foundation always
+    // answers one of the offered localizations (English, or the first, when
+    // no preference matches); empty only when none is offered.
     virtual std::vector<std::string> preferredLocalizations(const std::vector<std::string>& localizations,
                                                             const std::vector<std::string>& preferences) = 0;
 };

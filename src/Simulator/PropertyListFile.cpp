@@ -2,6 +2,7 @@
 
 #include <plist/plist.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -116,6 +117,8 @@ std::optional<Value> PropertyListFile::parse(std::string_view bytes) {
 }
 
 std::optional<Value> PropertyListFile::read(const std::string& path) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path, ec)) return std::nullopt;
     std::ifstream in(path, std::ios::binary);
     if (!in) return std::nullopt;
     std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());

@@ -51,13 +51,16 @@ std::vector<std::string> SimBundle::languageOrder() const {
 std::optional<std::string> SimBundle::pathForResource(std::string_view name, std::string_view type,
                                                       std::optional<std::string_view> localization) const {
     std::string file = std::string(name) + (type.empty() ? "" : "." + std::string(type));
+    // Global resources come first and serve every localization, as in
+    // pathForResource:ofType:inDirectory:forLocalization:; a localization
+    // asked for by name is the only one looked in after them.
+    fs::path flat = fs::path(resourcesPath_) / file;
+    if (isRegularFile(flat)) return flat.string();
     if (localization) {
         fs::path p = fs::path(resourcesPath_) / (std::string(*localization) + ".lproj") / file;
         if (isRegularFile(p)) return p.string();
         return std::nullopt;
     }
-    fs::path flat = fs::path(resourcesPath_) / file;
-    if (isRegularFile(flat)) return flat.string();
     for (const auto& language : languageOrder()) {
         fs::path p = fs::path(resourcesPath_) / (language + ".lproj") / file;
         if (isRegularFile(p)) return p.string();
@@ -107,7 +110,7 @@ std::vector<std::string> SimBundles::preferredLocalizations(const std::vector<st
                                                             const std::vector<std::string>& preferences) {
     // The first preference that a localization serves wins: an exact match
     // ("zh-Hans"), else the preference without its region ("de-CH" → "de").
-    for (const auto& preference : preferences) {
+    auto served = [&](std::string_view preference) -> std::optional<std::string> {
         std::string wanted = lower(preference);
         std::vector<std::string> candidates{wanted};
         for (auto dash = wanted.rfind('-'); dash != std::string::npos; dash = wanted.rfind('-', dash - 1)) {
@@ -116,8 +119,15 @@ std::vector<std::string> SimBundles::preferredLocalizations(const std::vector<st
         }
         for (const auto& candidate : candidates)
             for (const auto& localization : localizations)
-                if (lower(localization) == candidate) return {localization};
-    }
+                if (lower(localization) == candidate) return localization;
+        return std::nullopt;
+    };
+    for (const auto& preference : preferences)
+        if (auto localization = served(preference)) return {*localization};
+    // When no preference is served, Foundation still answers one of the
+    // localizations offered: U.S. English where one serves it, else the first.
+    if (auto english = served("en-US")) return {*english};
+    if (!localizations.empty()) return {localizations.front()};
     return {};
 }
 

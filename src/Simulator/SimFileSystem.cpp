@@ -52,7 +52,9 @@ bool SimFileSystem::fileExistsAtPath(std::string_view path, bool* isDirectory) {
 }
 
 std::optional<std::vector<std::string>> SimFileSystem::contentsOfDirectoryAtPath(std::string_view path, PlatformError* error) {
-    std::string standardized = stringByStandardizingPath(path);
+    // NSFileManager does not expand a tilde: "~" names an entry of the
+    // working folder, as any other relative path does.
+    std::string standardized = !path.empty() && path.front() == '~' ? std::string(path) : stringByStandardizingPath(path);
     listed_.push_back(standardized);
     auto fail = [&](int posixCode) -> std::optional<std::vector<std::string>> {
         if (error) *error = PosixFileSystem::cocoaErrorForPosixCode(posixCode);

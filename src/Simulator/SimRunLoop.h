@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "Platform/RunLoop.h"
 
@@ -28,7 +29,9 @@ public:
     void cancelPreviousPerformRequests(const void* target, std::string_view selector) override;
     void dispatchAsyncMain(std::function<void()> work) override;
     void dispatchAfterMain(double seconds, std::function<void()> work) override;
-    bool isMainThread() const override { return !onSystemQueue_; }
+    // The main thread is the one that made the loop; system-queue work runs
+    // off it even though the simulated Mac runs it on that same thread.
+    bool isMainThread() const override { return std::this_thread::get_id() == mainThread_ && !onSystemQueue_; }
     std::string currentMode() const override { return mode_; }
 
     // Work of the system on a queue of its own (answers of EventKit, Contacts,
@@ -87,6 +90,7 @@ private:
     std::map<Key, Item> items_;
     std::string mode_{NSDefaultRunLoopMode};
     bool onSystemQueue_ = false;
+    std::thread::id mainThread_ = std::this_thread::get_id();
 };
 
 }  // namespace vantro::sim

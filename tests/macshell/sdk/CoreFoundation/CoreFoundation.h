@@ -58,6 +58,8 @@ typedef const struct CF_BRIDGED_TYPE(NSURL) __CFURL *CFURLRef;
 typedef const struct CF_BRIDGED_TYPE(NSArray) __CFArray *CFArrayRef;
 typedef const struct CF_BRIDGED_TYPE(NSDictionary) __CFDictionary *CFDictionaryRef;
 typedef struct CF_BRIDGED_TYPE(NSError) __CFError *CFErrorRef;
+typedef struct CF_BRIDGED_TYPE(id) __CFRunLoop *CFRunLoopRef;
+typedef CFStringRef CFRunLoopMode;
 
 // Compile-time constant strings; clang builds the CFString itself.
 #define CFSTR(cStr) ((CFStringRef)__builtin___CFStringMakeConstantString("" cStr ""))
@@ -107,6 +109,13 @@ CFURLRef _Null_unspecified CFURLCreateByResolvingBookmarkData(
     CFURLBookmarkResolutionOptions options, CFURLRef _Null_unspecified relativeToURL,
     CFArrayRef _Null_unspecified resourcePropertiesToInclude, Boolean *_Null_unspecified isStale,
     CFErrorRef _Null_unspecified *_Null_unspecified error);
+
+// Checked against developer.apple.com/documentation/corefoundation/cfrunloopgetmain()
+// (`() -> CFRunLoop!`), .../cfrunloopaddcommonmode(_:_:) and docs.rs apple-cf
+// and core-foundation-sys runloop (`(CFRunLoopRef, CFRunLoopMode)`; CFRunLoopMode
+// is a CFStringRef).
+CFRunLoopRef _Null_unspecified CFRunLoopGetMain(void);
+void CFRunLoopAddCommonMode(CFRunLoopRef _Null_unspecified rl, CFRunLoopMode _Null_unspecified mode);
 
 CF_EXTERN_C_END
 CF_IMPLICIT_BRIDGING_DISABLED
