@@ -6,27 +6,47 @@ import PackageDescription
 
 let package = Package(
     name: "Vantro",
+    // The resources hold .lproj folders; the package manager requires a
+    // default localization then.
+    defaultLocalization: "en",
     platforms: [.macOS(.v10_13)],
     products: [
         .library(name: "Vantro", targets: ["Vantro"]),
     ],
     targets: [
-        // The core: every decision, in standard C++20. It has no public
-        // headers (no include folder): the shell, its only client, reaches
-        // them through its own header search path.
+        // The core: every decision, in standard C++20. A C-family library
+        // target needs a public headers folder inside its own; the core's is
+        // its root, so that `#include "Platform/Value.h"` reads the same in
+        // the core and in the shell. No Swift code imports it.
+        // The POSIX file manager belongs to the simulated Mac: it uses
+        // std::filesystem, which the system's C++ library offers only from
+        // macOS 10.15.
         .target(
             name: "VantroCore",
             path: "src",
-            exclude: ["Simulator", "macOS"],
+            exclude: ["Simulator", "macOS", "Platform/PosixFileSystem.cpp"],
             sources: ["Vocabulary", "StatusCenter", "Guide", "Overlay", "PermissionList", "Platform"],
-            cxxSettings: [.headerSearchPath(".")]
+            publicHeadersPath: "."
         ),
         // The shell: the real platform and the public Objective-C classes,
-        // with the framework's resources (layouts compiled, .lproj kept).
+        // with the framework's resources. Its folder is the package's root,
+        // so that the public headers (include/) and the resources
+        // (Resources/) can sit there for CMake as well; everything else at the
+        // root is left out, or the package manager would take stray .lproj
+        // folders (a CMake build folder holds the framework's) as resources.
+        // ARC is on: the package manager compiles Objective-C with it.
+        // `swift build` copies the .xib layouts as they are; Xcode compiles
+        // them.
         .target(
             name: "Vantro",
             dependencies: ["VantroCore"],
             path: ".",
+            exclude: [
+                "bench", "build", "docs", "scripts", "tests", "tools",
+                "src/Guide", "src/Overlay", "src/PermissionList", "src/Platform", "src/Simulator",
+                "src/StatusCenter", "src/Vocabulary",
+                "CMakeLists.txt", "CMakePresets.json", "README.md",
+            ],
             sources: ["src/macOS"],
             resources: [.process("Resources")],
             publicHeadersPath: "include",

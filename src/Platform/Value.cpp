@@ -26,22 +26,25 @@ std::int64_t scanInteger(const std::string& s) {
 
 }  // namespace
 
+// Each branch reads the alternative that type() named with std::get_if:
+// std::get may throw bad_variant_access, which the system C++ library of a
+// Mac offers only from 10.14, and the framework runs from 10.13.
 std::int64_t Value::integerValue() const {
     switch (type()) {
-    case Type::Boolean: return std::get<bool>(storage_) ? 1 : 0;
-    case Type::Integer: return std::get<std::int64_t>(storage_);
-    case Type::Real: return static_cast<std::int64_t>(std::get<double>(storage_));
-    case Type::String: return scanInteger(std::get<std::string>(storage_));
+    case Type::Boolean: return (*std::get_if<bool>(&storage_)) ? 1 : 0;
+    case Type::Integer: return (*std::get_if<std::int64_t>(&storage_));
+    case Type::Real: return static_cast<std::int64_t>((*std::get_if<double>(&storage_)));
+    case Type::String: return scanInteger((*std::get_if<std::string>(&storage_)));
     default: return 0;
     }
 }
 
 double Value::doubleValue() const {
     switch (type()) {
-    case Type::Boolean: return std::get<bool>(storage_) ? 1.0 : 0.0;
-    case Type::Integer: return static_cast<double>(std::get<std::int64_t>(storage_));
-    case Type::Real: return std::get<double>(storage_);
-    case Type::String: return scanNumber(std::get<std::string>(storage_));
+    case Type::Boolean: return (*std::get_if<bool>(&storage_)) ? 1.0 : 0.0;
+    case Type::Integer: return static_cast<double>((*std::get_if<std::int64_t>(&storage_)));
+    case Type::Real: return (*std::get_if<double>(&storage_));
+    case Type::String: return scanNumber((*std::get_if<std::string>(&storage_)));
     default: return 0.0;
     }
 }
@@ -49,7 +52,7 @@ double Value::doubleValue() const {
 bool Value::boolValue() const {
     if (type() == Type::String) {
         // NSString's boolValue: Y, y, T, t or a non-zero digit after white space and sign.
-        const std::string& s = std::get<std::string>(storage_);
+        const std::string& s = (*std::get_if<std::string>(&storage_));
         for (char c : s) {
             if (std::isspace(static_cast<unsigned char>(c)) || c == '+' || c == '-' || c == '0') continue;
             return c == 'Y' || c == 'y' || c == 'T' || c == 't' || (c >= '1' && c <= '9');
@@ -86,15 +89,15 @@ std::string Value::description() const {
     std::ostringstream out;
     switch (type()) {
     case Type::Null: out << "(null)"; break;
-    case Type::Boolean: out << (std::get<bool>(storage_) ? "YES" : "NO"); break;
-    case Type::Integer: out << std::get<std::int64_t>(storage_); break;
-    case Type::Real: out << std::get<double>(storage_); break;
-    case Type::String: out << '"' << std::get<std::string>(storage_) << '"'; break;
-    case Type::Data: out << "<" << std::get<vantro::Data>(storage_).bytes.size() << " bytes>"; break;
+    case Type::Boolean: out << ((*std::get_if<bool>(&storage_)) ? "YES" : "NO"); break;
+    case Type::Integer: out << (*std::get_if<std::int64_t>(&storage_)); break;
+    case Type::Real: out << (*std::get_if<double>(&storage_)); break;
+    case Type::String: out << '"' << (*std::get_if<std::string>(&storage_)) << '"'; break;
+    case Type::Data: out << "<" << (*std::get_if<vantro::Data>(&storage_)).bytes.size() << " bytes>"; break;
     case Type::Array: {
         out << '(';
         bool first = true;
-        for (const auto& v : std::get<Array>(storage_)) {
+        for (const auto& v : (*std::get_if<Array>(&storage_))) {
             out << (first ? "" : ", ") << v.description();
             first = false;
         }
@@ -104,7 +107,7 @@ std::string Value::description() const {
     case Type::Dictionary: {
         out << '{';
         bool first = true;
-        for (const auto& [k, v] : std::get<Dictionary>(storage_)) {
+        for (const auto& [k, v] : (*std::get_if<Dictionary>(&storage_))) {
             out << (first ? "" : "; ") << k << " = " << v.description();
             first = false;
         }

@@ -5,7 +5,12 @@
 // again); NSAppleEventDescriptor's descriptorWithBundleIdentifier: and aeDesc;
 // the scripting bridge's SBApplication (initWithBundleIdentifier:,
 // propertyWithCode:, get, sendEvent:id:parameters: with one keyword
-// parameter). Every call blocks while the target answers.
+// parameter). Every call blocks while the target answers. Each scripting
+// bridge application gets an error delegate that swallows failed events:
+// without one the scripting bridge may raise for an event the target refuses,
+// and that exception would unwind through the core into the host (from a
+// main-queue block, where it ends the process). With the delegate a failed
+// get answers nil and a failed send is ignored.
 // Known gaps: none.
 
 #import <ApplicationServices/ApplicationServices.h>
@@ -18,6 +23,29 @@
 
 #include "macOS/MacAreas.h"
 #include "macOS/MacFoundation.h"
+
+// SBApplication's delegate setter, declared here because the delegate protocol
+// is informal; sent only after respondsToSelector: said yes.
+@protocol VantroScriptingErrorDelegation <NSObject>
+- (void)setDelegate:(nullable id)delegate;
+@end
+
+// Answers every failed Apple event of its application with nil, which the
+// scripting bridge then returns from the call that sent the event. The event
+// is an AppleEvent, which is an AEDesc.
+@interface VantroScriptingErrorSink : NSObject
+- (nullable id)eventDidFail:(const AEDesc*)event withError:(NSError*)error;
+@end
+
+@implementation VantroScriptingErrorSink
+
+- (nullable id)eventDidFail:(const AEDesc*)event withError:(NSError*)error {
+    (void)event;
+    (void)error;
+    return nil;
+}
+
+@end
 
 namespace vantro::mac {
 
@@ -59,7 +87,11 @@ private:
 
 class MacScriptingApplication final : public ScriptingApplication {
 public:
-    explicit MacScriptingApplication(SBApplication* application) : application_(application), object_(application) {}
+    explicit MacScriptingApplication(SBApplication* application)
+        : application_(application), object_(application), errors_([[VantroScriptingErrorSink alloc] init]) {
+        if ([application_ respondsToSelector:@selector(setDelegate:)])
+            [(id<VantroScriptingErrorDelegation>)application_ setDelegate:errors_];
+    }
 
     std::shared_ptr<ScriptingObject> propertyWithCode(FourCharCode code) override { return object_.propertyWithCode(code); }
     std::optional<std::string> get() override { return object_.get(); }
@@ -67,14 +99,20 @@ public:
     void sendEvent(FourCharCode eventClass, FourCharCode eventID, FourCharCode keyword,
                    const std::shared_ptr<ScriptingObject>& parameter) override {
         auto* macParameter = dynamic_cast<MacScriptingObject*>(parameter.get());
-        id value = macParameter ? macParameter->object() : nil;
-        // The reply is not looked at.
-        [application_ sendEvent:eventClass id:eventID parameters:keyword, value, 0];
+        // The reply is not looked at. A parameter without a value is left out:
+        // the list of keyword and value pairs has no place for nil.
+        if (macParameter && macParameter->object())
+            [application_ sendEvent:eventClass id:eventID parameters:keyword, macParameter->object(), 0];
+        else
+            [application_ sendEvent:eventClass id:eventID parameters:0];
     }
 
 private:
     SBApplication* application_;
     MacScriptingObject object_;
+    // The application's delegate, kept here as well: whether the scripting
+    // bridge retains its delegate is not documented.
+    VantroScriptingErrorSink* errors_;
 };
 
 class MacAppleEvents final : public AppleEvents {

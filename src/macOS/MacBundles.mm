@@ -56,9 +56,15 @@ private:
     NSBundle* bundle_;
 };
 
+// In the Swift package the shell is a static library inside the host, so the
+// bundle of a framework class would be the host's own: the resources are in
+// the package's resource bundle, whose accessor the package manager defines
+// for a target with resources and Objective-C(++) sources.
 NSBundle* frameworkNSBundle() {
-#ifdef SWIFTPM_MODULE_BUNDLE
+#if defined(SWIFTPM_MODULE_BUNDLE)
     return SWIFTPM_MODULE_BUNDLE;
+#elif defined(SWIFT_PACKAGE)
+#error "The Swift package build defines no SWIFTPM_MODULE_BUNDLE: the framework's resources could not be found"
 #else
     return [NSBundle bundleForClass:[VantroBundleLocator class]];
 #endif

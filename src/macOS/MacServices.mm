@@ -11,9 +11,13 @@
 // CFURLCreateByResolvingBookmarkData. Class look-ups, systemPhotoLibraryURL
 // and bookmark resolution are safe on any thread.
 // Completions of EventKit, Contacts and Photos arrive on the system's queues
-// and are handed on unchanged: the core hops to the main queue.
+// and are handed on from a global queue, never on the requester's stack nor
+// the main thread, whatever the system did: the core hops to the main queue.
 // Known gaps: the error passed to a completion keeps its domain and code but
-// not its description (the framework reads neither).
+// not its description (the framework reads neither). On macOS 14 and later
+// requestAccessToEntityType:completion: no longer asks the user and answers
+// at once with an error; which request to make there is the core's choice,
+// and the seam offers only this one so far.
 
 #import <AddressBook/AddressBook.h>
 #import <ApplicationServices/ApplicationServices.h>
@@ -25,8 +29,16 @@
 
 #include <dispatch/dispatch.h>
 
+#include <optional>
+
 #include "macOS/MacAreas.h"
 #include "macOS/MacFoundation.h"
+
+// The framework asks exactly these services on every release it supports,
+// older calls and classes included (the old EventKit request, AddressBook,
+// the Photos status): deprecation warnings of a newer SDK do not apply.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"
 
 // The classes found by name, seen through the class messages the framework
 // sends them, with the SDK's own types: a class found by name is not linked,
@@ -96,14 +108,20 @@ Class classNamed(NSString* name) {
     return nil;
 }
 
+// The queue answers are handed on from. The system may answer on the main
+// thread, or at once on the requester's stack (a request it refuses without
+// asking); the seam promises neither, so every answer moves here first.
+dispatch_queue_t answerQueue() { return dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_DEFAULT, 0); }
+
 std::function<void(BOOL, NSError*)> completionFor(std::function<void(bool granted, const PlatformError* error)> completion) {
     return [completion = std::move(completion)](BOOL granted, NSError* error) {
-        if (!error) {
-            completion(granted, nullptr);
-            return;
-        }
-        PlatformError failure = toPlatformError(error);
-        completion(granted, &failure);
+        auto deliver = completion;
+        bool answer = granted;
+        std::optional<PlatformError> failure;
+        if (error) failure = toPlatformError(error);
+        dispatch_async(answerQueue(), ^{
+          deliver(answer, failure ? &*failure : nullptr);
+        });
     };
 }
 
@@ -131,11 +149,6 @@ private:
     id<VantroPhotosPrivacy> object_;
 };
 
-// EventKit's request without a prompt of its own, and the old Photos and
-// address-book calls: the framework asks exactly these on every release.
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations"
-
 class MacServices final : public Services {
 public:
     bool classExists(std::string_view className) override { return classNamed(toNSString(className)) != nil; }
@@ -158,10 +171,10 @@ public:
         // Made for this request alone; released when this returns.
         EKEventStore* store = [[storeClass alloc] init];
         auto answer = completionFor(std::move(completion));
-        [store requestAccessToEntityType:static_cast<EKEntityType>(entityType)
-                              completion:^(BOOL granted, NSError* _Nullable error) {
-                                answer(granted, error);
-                              }];
+        EKEventStoreRequestAccessCompletionHandler handler = ^(BOOL granted, NSError* _Nullable error) {
+          answer(granted, error);
+        };
+        [store requestAccessToEntityType:static_cast<EKEntityType>(entityType) completion:handler];
     }
 
     long contactsAuthorizationStatus(std::string_view className, long entityType) override {
@@ -208,7 +221,10 @@ public:
         Class library = NSClassFromString(@"PHPhotoLibrary");
         if (![library respondsToSelector:@selector(requestAuthorization:)]) return;
         [(Class<VantroPhotoLibraryClass>)library requestAuthorization:^(PHAuthorizationStatus status) {
-          handler(status);
+          long answer = status;
+          dispatch_async(answerQueue(), ^{
+            handler(answer);
+          });
         }];
     }
 

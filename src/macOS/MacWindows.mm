@@ -5,8 +5,8 @@
 // released here as the platform requires), each description a dictionary
 // with kCGWindowBounds as X, Y, Width and Height; the main screen's frame;
 // global event monitors (addGlobalMonitorForEventsMatchingMask:handler: and
-// removeMonitor:), each event handed on with its type, click count and
-// location. Main thread.
+// removeMonitor:), each event handed on with its type, click count (0 for
+// an event that is not a mouse event) and location. Main thread.
 // Known gaps: the overlay's layout is not loaded yet (loadWindowNib gives an
 // empty layout, so a guide session opens the pane and follows the user
 // without laying an overlay).
@@ -20,6 +20,10 @@
 namespace vantro::mac {
 
 namespace {
+
+// clickCount raises for anything but a mouse event: NSEventType 1 to 7 (the
+// left and right buttons, moves and drags) and 25 to 27 (other buttons).
+bool hasClickCount(long type) { return (type >= 1 && type <= 7) || (type >= 25 && type <= 27); }
 
 class MacEventMonitor final : public EventMonitor {
 public:
@@ -62,7 +66,7 @@ public:
                                                           handler:^(NSEvent* event) {
                                                             Event seen;
                                                             seen.type = static_cast<long>(event.type);
-                                                            seen.clickCount = event.clickCount;
+                                                            seen.clickCount = hasClickCount(seen.type) ? event.clickCount : 0;
                                                             seen.locationInWindow = {event.locationInWindow.x,
                                                                                      event.locationInWindow.y};
                                                             handler(seen);
