@@ -69,12 +69,7 @@ void Vantro::placeWindowForItem(const Value& windowDescription) {
     const double screenHeight = platform.windows().mainScreenFrame().size.height;
     Rect frame{{x, screenHeight - (y + height + overlayExtraHeight)}, {width, height + overlayExtraHeight}};
 
-    if (!windowController_) {
-        windowController_ = VantroWindowController::initWithWindowNibName("VantroWindowController");
-        if (windowController_ && windowController_->window())
-            windowController_->window()->addObserver(*this, "visible", ObservingOptionNone, GuideOverlayVisibleContext);
-        didChangeValueForKey("isOverlayShown");
-    }
+    if (!windowController_) setWindowController(VantroWindowController::initWithWindowNibName("VantroWindowController"));
     if (!windowController_) return;
     windowController_->setMessage(message_);
     if (auto* window = windowController_->window()) {

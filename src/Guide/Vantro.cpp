@@ -31,6 +31,8 @@ Vantro::Vantro() {
 Vantro::~Vantro() {
     auto& platform = HostProcess::current().platform();
     platform.workspace().removeObserver(this);
+    // From hostApplication as it is now, which is the application registered
+    // with unless the host replaced it.
     if (hostApplication_) hostApplication_->removeObserver(*this, "hidden", ApplicationIsHiddenContext);
     if (windowController_ && windowController_->window())
         windowController_->window()->removeObserver(*this, "visible", GuideOverlayVisibleContext);
@@ -138,6 +140,18 @@ void Vantro::stop() {
 
 void Vantro::orderOutOverlay() {
     if (windowController_ && windowController_->window()) windowController_->window()->orderOut();
+}
+
+void Vantro::setWindowController(std::shared_ptr<VantroWindowController> windowController) {
+    // What key-value observing does for the dependent key "isOverlayShown":
+    // the observation of the old controller's window ends, the new one's
+    // begins, and observers hear that the value may have changed.
+    if (windowController_ && windowController_->window())
+        windowController_->window()->removeObserver(*this, "visible", GuideOverlayVisibleContext);
+    windowController_ = std::move(windowController);
+    if (windowController_ && windowController_->window())
+        windowController_->window()->addObserver(*this, "visible", ObservingOptionNone, GuideOverlayVisibleContext);
+    didChangeValueForKey("isOverlayShown");
 }
 
 bool Vantro::isOverlayShown() const {

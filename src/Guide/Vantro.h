@@ -102,9 +102,27 @@ public:
     void setDidSeePrivacyPanel(bool v) { didSeePrivacyPanel_ = v; }
     std::shared_ptr<VantroDelegate> delegate() const { return delegate_.lock(); }
     void setDelegate(const std::shared_ptr<VantroDelegate>& delegate) { delegate_ = delegate; }
+    // The application whose "hidden" the guide observes: the current
+    // application, from construction on. The setter is plain: the observation
+    // stays on the application registered at construction, and teardown
+    // removes it from whatever hostApplication is then, as the Mac guide's
+    // dealloc does. A host that replaces the application must put the first
+    // one back before the guide goes; otherwise the removal is refused (the
+    // platform objects) and the first application keeps a registration for a
+    // guide that no longer exists.
     RunningApplicationPtr hostApplication() const { return hostApplication_; }
+    void setHostApplication(RunningApplicationPtr application) { hostApplication_ = std::move(application); }
+    // The global mouse monitor's token while the monitor is installed. The
+    // setter is plain: it neither installs nor removes a monitor; removeMonitor
+    // removes whichever token is set.
     const std::shared_ptr<EventMonitor>& monitor() const { return monitor_; }
+    void setMonitor(std::shared_ptr<EventMonitor> monitor) { monitor_ = std::move(monitor); }
+    // The overlay's controller, made on the first placement and kept. The
+    // setter loads, shows and hides nothing; as "isOverlayShown" depends on
+    // "windowController.window.visible", it follows the new controller's
+    // window from then on and is announced.
     const std::shared_ptr<VantroWindowController>& windowController() const { return windowController_; }
+    void setWindowController(std::shared_ptr<VantroWindowController> windowController);
     const std::optional<std::string>& panelIdentifier() const { return panelIdentifier_; }
     void setPanelIdentifier(std::optional<std::string> v) { panelIdentifier_ = std::move(v); }
     const std::optional<std::string>& privacyPanelName() const { return privacyPanelName_; }

@@ -16,23 +16,36 @@ std::shared_ptr<VantroWindowController> VantroWindowController::initWithWindowNi
     auto controller = std::make_shared<VantroWindowController>();
     OverlayLayout layout = HostProcess::current().platform().windows().loadWindowNib(nibName, *controller);
     controller->window_ = std::move(layout.window);
-    controller->iconView_ = std::move(layout.iconView);
-    // "iconView.inDrag" affects "inDrag": the controller re-announces every
-    // change of its icon view's inDrag as its own.
-    if (controller->iconView_) controller->iconView_->addObserver(*controller, "inDrag", ObservingOptionNone, VantroIconViewInDragContext);
+    controller->setUnlockMessageField(layout.unlockMessageField);
+    if (layout.iconView) controller->setIconView(layout.iconView);
     return controller;
 }
 
 VantroWindowController::~VantroWindowController() {
-    if (iconView_) iconView_->removeObserver(*this, "inDrag", VantroIconViewInDragContext);
+    // An icon view already gone took the registration with it.
+    if (auto icon = iconView_.lock()) icon->removeObserver(*this, "inDrag", VantroIconViewInDragContext);
+}
+
+void VantroWindowController::setIconView(const std::shared_ptr<ZVMainBundleIconImageView>& iconView) {
+    // "iconView.inDrag" affects "inDrag": the controller re-announces every
+    // change of the connected icon view's inDrag as its own, and a new icon
+    // view may have another inDrag.
+    if (auto old = iconView_.lock()) old->removeObserver(*this, "inDrag", VantroIconViewInDragContext);
+    iconView_ = iconView;
+    if (iconView) iconView->addObserver(*this, "inDrag", ObservingOptionNone, VantroIconViewInDragContext);
+    didChangeValueForKey("inDrag");
 }
 
 std::vector<std::string> VantroWindowController::keyPathsForValuesAffectingInDrag() { return {"iconView.inDrag"}; }
 
-bool VantroWindowController::inDrag() const { return iconView_ && iconView_->inDrag(); }
+bool VantroWindowController::inDrag() const {
+    auto icon = iconView_.lock();
+    return icon && icon->inDrag();
+}
 
 void VantroWindowController::observeValueForKeyPath(std::string_view keyPath, Observable& object, ObservationContext context) {
-    if (context == VantroIconViewInDragContext && &object == iconView_.get() && keyPath == "inDrag") didChangeValueForKey("inDrag");
+    if (context != VantroIconViewInDragContext || keyPath != "inDrag") return;
+    if (auto icon = iconView_.lock(); icon && &object == icon.get()) didChangeValueForKey("inDrag");
 }
 
 }  // namespace vantro

@@ -36,17 +36,16 @@ class VantroViewController : public ViewController,
 public:
     using ReasonStrings = std::map<std::string, std::string, std::less<>>;
 
-    // init: a controller for the layout named by viewNibName, listing only
-    // Full Disk Access.
+    // init: a controller listing only Full Disk Access, whose view the
+    // platform loads from the layout named by viewNibName.
     static std::shared_ptr<VantroViewController> create();
     VantroViewController();
     ~VantroViewController() override;
 
-    // The layout the base class loads ("VantroViewController").
-    static std::string viewNibName() { return "VantroViewController"; }
-    // The layout this controller's class loads: a subclass answers its own
-    // class's name.
-    virtual std::string nibName() const { return viewNibName(); }
+    // The name of the layout the platform loads the view from: the
+    // controller's own class's name, "VantroViewController" here. A subclass
+    // with a layout of its own overrides this with its class's name.
+    virtual std::string viewNibName() const { return "VantroViewController"; }
 
     const std::vector<std::string>& requestedPrivacyCategoryIdentifiers() const { return requestedIdentifiers_; }
     // Stores the identifiers and, once the view is loaded, rebuilds at once.
@@ -62,6 +61,14 @@ public:
     // The layout's table outlet; the controller's own code never uses it.
     std::shared_ptr<TableView> privacyCategoriesTableView() const { return privacyCategoriesTableView_.lock(); }
     void setPrivacyCategoriesTableView(const std::shared_ptr<TableView>& table) { privacyCategoriesTableView_ = table; }
+    // The layout's array controller outlet, which feeds the table from
+    // "privacyCategories"; the controller's own code never uses it.
+    std::shared_ptr<ArrayController> privacyCategoriesArrayController() const {
+        return privacyCategoriesArrayController_.lock();
+    }
+    void setPrivacyCategoriesArrayController(const std::shared_ptr<ArrayController>& arrayController) {
+        privacyCategoriesArrayController_ = arrayController;
+    }
     // The once-a-second refresh while the overlay is shown; nullptr otherwise.
     std::shared_ptr<Timer> vantroWatcherTimer() const { return vantroWatcherTimer_.lock(); }
 
@@ -97,6 +104,7 @@ private:
     std::optional<ReasonStrings> reasonStrings_;
     std::vector<PrivacyCategoryRecordPtr> privacyCategories_;
     std::weak_ptr<TableView> privacyCategoriesTableView_;
+    std::weak_ptr<ArrayController> privacyCategoriesArrayController_;
     std::weak_ptr<Timer> vantroWatcherTimer_;
 };
 

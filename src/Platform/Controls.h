@@ -47,6 +47,19 @@ private:
     std::string identifier_;
 };
 
+// An array controller (NSArrayController) that a layout made: its content is
+// bound to an array of its owner (the permission list's "privacyCategories"),
+// and the views bound to its arranged objects (the list's table) show that
+// array's elements. The core only hands it around; the layout keeps it alive.
+// Main thread.
+class ArrayController {
+public:
+    ArrayController() = default;
+    ArrayController(const ArrayController&) = delete;
+    ArrayController& operator=(const ArrayController&) = delete;
+    virtual ~ArrayController() = default;
+};
+
 // A view-based table (NSTableView). It asks its delegate for a view per row
 // and column while it reloads, and its binding sets each row's object on the
 // view it got. Main thread.

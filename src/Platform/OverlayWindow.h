@@ -3,6 +3,7 @@
 #include <memory>
 #include <string_view>
 
+#include "Platform/Controls.h"
 #include "Platform/Drawing.h"
 #include "Platform/Geometry.h"
 #include "Platform/Observation.h"
@@ -32,11 +33,16 @@ public:
     std::string observableName() const override { return "VantroWindow"; }
 };
 
-// What a layout ("nib") gives its owner: the window and the icon view, each
-// nullptr when the layout did not load or left the outlet unconnected.
+// What a layout ("nib") gives its owner: the window and the objects its
+// outlets name, each nullptr when the layout did not load or left the outlet
+// unconnected. The window is the owner's to keep; the icon view and the text
+// field are the window's subviews, which the window keeps alive.
 struct OverlayLayout {
     std::shared_ptr<OverlayWindow> window;
     std::shared_ptr<ZVMainBundleIconImageView> iconView;
+    // The text field that shows the overlay's message (an NSTextField); the
+    // layout binds its value to the owner's "message".
+    std::shared_ptr<View> unlockMessageField;
 };
 
 }  // namespace vantro

@@ -7,21 +7,11 @@
 #include <vector>
 
 #include "Platform/Geometry.h"
+#include "Simulator/NibDocument.h"
 
 namespace vantro::sim {
 
-// NSAutoresizingMaskOptions.
-enum AutoresizingMask : unsigned {
-    NSViewNotSizable = 0,
-    NSViewMinXMargin = 1,
-    NSViewWidthSizable = 2,
-    NSViewMaxXMargin = 4,
-    NSViewMinYMargin = 8,
-    NSViewHeightSizable = 16,
-    NSViewMaxYMargin = 32,
-};
-
-// One view of a layout, as Interface Builder wrote it.
+// One view of the overlay's layout, as Interface Builder wrote it.
 struct NibView {
     std::string id;
     // The custom class when one is set, else the AppKit class of the element
@@ -42,18 +32,22 @@ struct NibView {
     std::string imageName;
 };
 
-// A window layout read from an Interface Builder document (.xib): the File's
-// Owner with its outlets, the window the "window" outlet names and its
-// views. Only what the overlay needs is read.
+// A window layout: the File's Owner with its outlets, the window the "window"
+// outlet names and that window's views, read from the same document model as
+// every other layout.
 struct OverlayNib {
     std::string ownerClass;
     // Outlet property → destination id.
     std::map<std::string, std::string> outlets;
     std::string windowId;
+    // The window's custom class, "NSWindow" when none is set.
     std::string windowClass;
     // The style mask as written: NSWindowStyleMask bits.
     unsigned long styleMask = 0;
     bool visibleAtLaunch = true;
+    // The window level the layout gives (attribute "level", a number or an
+    // NSWindowLevel name such as "floating"); nullopt when it gives none.
+    std::optional<long> level;
     Rect contentRect;
     // The content view first, then every view in drawing order (a view before
     // its subviews, siblings back to front).
@@ -64,17 +58,17 @@ struct OverlayNib {
     int indexOf(std::string_view id) const;
 };
 
-// Reads a layout document. nullopt when the file is missing, is not well
-// formed, is not an Interface Builder document, or names a window outlet
-// whose window is missing or has a malformed frame.
+// The window layout a document holds. nullopt when the window outlet names
+// no window of the document, or that window has no content rectangle, no
+// content view, or a view without a frame. A document without a window
+// outlet gives a layout without a window (windowId empty).
+std::optional<OverlayNib> overlayNibFrom(const NibDocument& document);
+// Reads a document and the window layout it holds; nullopt when either fails.
 std::optional<OverlayNib> readOverlayNib(const std::string& path);
 // The same from text in memory.
 std::optional<OverlayNib> parseOverlayNib(std::string_view text);
 
-// The frame a view takes when its superview goes from `oldSize` to `newSize`,
-// following its autoresizing mask: each change is shared among the flexible
-// parts (margins, size) in proportion to their lengths, equally when all are
-// zero; without a flexible part the view keeps its left and bottom margins.
-Rect autoresizedFrame(const Rect& frame, unsigned mask, Size oldSize, Size newSize);
+// NSWindowLevel by the names a layout may use; nullopt for other names.
+std::optional<long> windowLevelNamed(std::string_view name);
 
 }  // namespace vantro::sim

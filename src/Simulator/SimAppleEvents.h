@@ -10,8 +10,11 @@ namespace vantro::sim {
 class SimulatedMac;
 
 // Apple events of the simulated Mac: the Automation query exists from 10.14
-// on and answers from the privacy database's Automation consents; System Preferences
-// answers its current pane and takes the authorize event.
+// on and answers from the privacy database's Automation consents — for every
+// event when asked with typeWildCard, and at once for the few single events
+// that need no consent — prompting only when asked to; System Preferences
+// answers its current pane and takes the authorize event, each only with the
+// user's consent (a send without a decision asks the user, as a real one does).
 class SimAppleEvents : public AppleEvents {
 public:
     explicit SimAppleEvents(SimulatedMac& mac) : mac_(mac) {}

@@ -233,7 +233,10 @@ void drawApplicationIcon(cairo_t* cairo, const Rect& rect, std::string_view imag
 void renderOverlay(cairo_t* cairo, const SimOverlayWindow& window, const VantroWindowController& controller, Point topLeft) {
     if (!window.isVisible()) return;
     const Rect frame = window.frame();
-    const Color background = window.backgroundColor();
+    Color background = window.backgroundColor();
+    // An opaque window covers its whole frame: the window server ignores the
+    // background's transparency, and a clear background shows black.
+    if (window.isOpaque()) background.alpha = 1;
     if (background.alpha > 0) {
         cairo_save(cairo);
         setSource(cairo, background);
@@ -241,7 +244,6 @@ void renderOverlay(cairo_t* cairo, const SimOverlayWindow& window, const VantroW
         cairo_fill(cairo);
         cairo_restore(cairo);
     }
-    auto icon = window.iconView();
     for (const OverlayView& view : window.views()) {
         // The view's top-left corner in the picture.
         const Point corner{topLeft.x + view.frame.origin.x, topLeft.y + frame.size.height - view.frame.maxY()};
@@ -251,12 +253,11 @@ void renderOverlay(cairo_t* cairo, const SimOverlayWindow& window, const VantroW
             VantroView().drawRect({{0, 0}, view.frame.size}, canvas);
         } else if (view.className == "VantroArrowView") {
             VantroArrowView().drawRect(view.frame.size, canvas);
-        } else if (view.className == "NSTextField") {
-            std::string text = view.title;
-            if (view.valueBinding == "message") text = controller.message().value_or("");
-            drawWrappedText(cairo, inPicture, text, view.fontSize, view.boldFont, {0, 0, 0, 0.85});
-        } else if (view.className == "ZVMainBundleIconImageView") {
-            if (icon && !icon->image().empty()) drawApplicationIcon(cairo, inPicture, icon->image());
+        } else if (window.textFieldWithId(view.id)) {
+            drawWrappedText(cairo, inPicture, window.textShownBy(view, controller), view.fontSize, view.boldFont,
+                            {0, 0, 0, 0.85});
+        } else if (auto icon = window.iconViewWithId(view.id)) {
+            if (!icon->image().empty()) drawApplicationIcon(cairo, inPicture, icon->image());
         }
     }
 }

@@ -48,10 +48,12 @@ private:
 };
 
 // Draws the overlay window as the user sees it, when it is visible: its
-// background colour (clear, as the guide sets it), then its views in order —
-// the rounded background, the message field showing the controller's
-// message through its binding, the arrow and the host's icon. The window's
-// top-left corner goes to `topLeftInPicture`.
+// background colour (clear, as the guide sets it; at full strength when the
+// window is opaque), then its views in order — the rounded background
+// (VantroView), the text fields showing what their bindings give (the
+// controller's message), the arrow (VantroArrowView) and the host's icon
+// (ZVMainBundleIconImageView). Views of other classes draw nothing. The
+// window's top-left corner goes to `topLeftInPicture`.
 void renderOverlay(cairo_t* cairo, const SimOverlayWindow& window, const VantroWindowController& controller, Point topLeftInPicture);
 
 // Draws the image of a running drag, half transparent, where the pointer has

@@ -11,7 +11,9 @@ namespace vantro::sim {
 
 namespace {
 
-constexpr std::string_view overlayNibName = "VantroWindowController";
+constexpr std::string_view overlayOwnerClass = "VantroWindowController";
+constexpr std::string_view iconViewClass = "ZVMainBundleIconImageView";
+constexpr std::string_view textFieldClass = "NSTextField";
 
 std::string describe(const Rect& r) {
     char text[96];
@@ -25,29 +27,57 @@ bool ownerHasOutlet(const std::string& property) {
     return property == "window" || property == "iconView" || property == "unlockMessageField";
 }
 
+// The owner's keys a view may bind to; binding any other fails the load, as
+// a binding to a key the owner lacks raises while the layout loads.
+bool ownerHasBindableKey(const std::string& keyPath) { return keyPath == "message"; }
+
 }  // namespace
 
-SimOverlayWindow::SimOverlayWindow(SimulatedMac& mac, const Rect& contentRect, unsigned long styleMask, OverlayNib layout)
-    : mac_(mac), layout_(std::move(layout)), requestedStyleMask_(styleMask), frame_(contentRect) {}
+std::string SimTextField::stringValue(const VantroWindowController& owner) const {
+    if (valueBinding_ == "message") return owner.message().value_or("");
+    return title_;
+}
+
+SimOverlayWindow::SimOverlayWindow(SimulatedMac& mac, std::string windowClass, const Rect& contentRect,
+                                   unsigned long styleMask, OverlayNib layout)
+    : mac_(mac),
+      windowClass_(std::move(windowClass)),
+      layout_(std::move(layout)),
+      requestedStyleMask_(styleMask),
+      frame_(contentRect),
+      level_(layout_.level.value_or(0)) {
+    for (const NibView& view : layout_.views) {
+        if (view.className == iconViewClass) {
+            iconViews_.emplace(view.id, ZVMainBundleIconImageView::initWithFrame(view.frame, applicationIconImageName(mac_)));
+        } else if (view.className == textFieldClass) {
+            std::optional<std::string> binding;
+            if (auto it = view.ownerBindings.find("value"); it != view.ownerBindings.end()) binding = it->second;
+            textFields_.emplace(view.id, std::make_shared<SimTextField>(view.id, view.title, std::move(binding)));
+        }
+    }
+    placeIconViews();
+}
 
 void SimOverlayWindow::setFrame(const Rect& frame, bool, bool) {
     if (frame == frame_) return;
     frame_ = frame;
-    placeIconView();
+    placeIconViews();
     if (visible_) mac_.record("overlay", "moves to " + describe(frame_));
 }
 
-void SimOverlayWindow::placeIconView() {
-    auto icon = iconView_.lock();
-    const int index = layout_.indexOf(iconViewId_);
-    if (!icon || index < 0) return;
-    // The icon view's frame is in its superview's coordinates.
+void SimOverlayWindow::placeIconViews() {
+    if (iconViews_.empty()) return;
     const auto all = views();
-    const NibView& design = layout_.views[static_cast<std::size_t>(index)];
-    const Rect inWindow = all[static_cast<std::size_t>(index)].frame;
-    Point superOrigin{};
-    if (design.superview >= 0) superOrigin = all[static_cast<std::size_t>(design.superview)].frame.origin;
-    icon->setFrame({{inWindow.origin.x - superOrigin.x, inWindow.origin.y - superOrigin.y}, inWindow.size});
+    for (std::size_t index = 0; index < all.size(); ++index) {
+        auto icon = iconViewWithId(all[index].id);
+        if (!icon) continue;
+        // The icon view's frame is in its superview's coordinates.
+        const NibView& design = layout_.views[index];
+        const Rect inWindow = all[index].frame;
+        Point superOrigin{};
+        if (design.superview >= 0) superOrigin = all[static_cast<std::size_t>(design.superview)].frame.origin;
+        icon->setFrame({{inWindow.origin.x - superOrigin.x, inWindow.origin.y - superOrigin.y}, inWindow.size});
+    }
 }
 
 void SimOverlayWindow::orderFront() {
@@ -107,22 +137,37 @@ std::optional<OverlayView> SimOverlayWindow::firstViewOfClass(std::string_view c
     return std::nullopt;
 }
 
-void SimOverlayWindow::setIconView(const std::shared_ptr<ZVMainBundleIconImageView>& iconView, std::string id) {
-    iconView_ = iconView;
-    iconViewId_ = std::move(id);
-    if (!iconView) return;
-    placeIconView();
-    // The icon's next responder is its superview, which does nothing with a
-    // mouse-down but pass it further up, where nothing takes it.
-    std::weak_ptr<SimOverlayWindow> weakWindow = weak_from_this();
-    iconView->setNextResponder([weakWindow](const Event& event) {
-        if (auto window = weakWindow.lock()) window->mouseDownPassedOn(event);
-    });
+std::shared_ptr<ZVMainBundleIconImageView> SimOverlayWindow::iconViewWithId(std::string_view id) const {
+    auto it = iconViews_.find(id);
+    return it == iconViews_.end() ? nullptr : it->second;
+}
+
+std::shared_ptr<ZVMainBundleIconImageView> SimOverlayWindow::iconView() const {
+    for (const NibView& view : layout_.views)
+        if (auto icon = iconViewWithId(view.id)) return icon;
+    return nullptr;
+}
+
+std::shared_ptr<SimTextField> SimOverlayWindow::textFieldWithId(std::string_view id) const {
+    auto it = textFields_.find(id);
+    return it == textFields_.end() ? nullptr : it->second;
+}
+
+std::string SimOverlayWindow::textShownBy(const OverlayView& view, const VantroWindowController& owner) const {
+    auto field = textFieldWithId(view.id);
+    return field ? field->stringValue(owner) : std::string();
+}
+
+std::vector<std::string> SimOverlayWindow::textsShown(const VantroWindowController& owner) const {
+    std::vector<std::string> texts;
+    for (const NibView& view : layout_.views)
+        if (auto field = textFieldWithId(view.id)) texts.push_back(field->stringValue(owner));
+    return texts;
 }
 
 std::optional<Rect> SimOverlayWindow::iconFrameInWindow() const {
-    if (iconView_.expired()) return std::nullopt;
-    if (auto v = viewWithId(iconViewId_)) return v->frame;
+    for (const auto& v : views())
+        if (iconViewWithId(v.id)) return v.frame;
     return std::nullopt;
 }
 
@@ -135,25 +180,39 @@ void SimOverlayWindow::mouseDownPassedOn(const Event& event) {
 bool SimOverlayWindow::sendMouseDown(const Event& event, std::deque<Event> following) {
     if (!visible_) return false;
     // The topmost view under the pointer takes the event. The content view
-    // draws nothing: where the window's background is clear, clicks go
-    // through to the window below, as they do through a transparent window.
+    // draws nothing: where a non-opaque window's background is clear, clicks
+    // go through to the window below, as they do through a transparent
+    // window. An opaque window takes them all.
     auto all = views();
     const OverlayView* hit = nullptr;
     for (auto it = all.rbegin(); it != all.rend() && !hit; ++it)
-        if (it->frame.contains(event.locationInWindow) && (std::next(it) != all.rend() || background_.alpha > 0)) hit = &*it;
+        if (it->frame.contains(event.locationInWindow) && (std::next(it) != all.rend() || background_.alpha > 0 || isOpaque()))
+            hit = &*it;
     if (!hit) return false;
-    auto icon = iconView_.lock();
-    if (!icon || hit->id != iconViewId_) {
+    auto host = mac_.workspace().host();
+    const bool hostActive = mac_.workspace().front() == host;
+    if (!hostActive && !preventsActivation()) {
+        // A window without the hook activates its application when clicked.
+        mac_.record("overlay", "a click on the " + windowClass_ + " makes " + host->localizedName() + " active");
+        mac_.workspace().activate(host);
+    }
+    auto icon = iconViewWithId(hit->id);
+    if (!icon) {
         mac_.record("overlay", "a mouse-down on the " + hit->className + " does nothing");
         return true;
     }
-    // The host stays in the background (the window prevents activation), so
-    // the click reaches the view only because it accepts the first mouse.
-    const bool hostActive = mac_.workspace().front() == mac_.workspace().host();
+    // With the host in the background, the click reaches the view only
+    // because it accepts the first mouse.
     if (!hostActive && !icon->acceptsFirstMouse(&event)) {
         mac_.record("overlay", "the first click only brings the overlay forward");
         return true;
     }
+    // The icon's next responder is its superview, which does nothing with a
+    // mouse-down but pass it further up, where nothing takes it.
+    std::weak_ptr<SimOverlayWindow> weakWindow = weak_from_this();
+    icon->setNextResponder([weakWindow](const Event& passed) {
+        if (auto window = weakWindow.lock()) window->mouseDownPassedOn(passed);
+    });
     mac_.dragging().setEventTarget(frame_.origin, {frame_.origin.x + hit->frame.origin.x, frame_.origin.y + hit->frame.origin.y});
     auto next = [&following](std::uint64_t mask) -> std::optional<Event> {
         // Events outside the mask stay out of the view's hands; the user makes
@@ -171,34 +230,58 @@ bool SimOverlayWindow::sendMouseDown(const Event& event, std::deque<Event> follo
 
 OverlayLayout loadOverlayLayout(SimulatedMac& mac, std::string_view nibName, VantroWindowController& owner) {
     (void)owner;  // bindings to the owner are read when the window is drawn
-    if (nibName != overlayNibName) {
-        mac.record("overlay", "no window layout named " + std::string(nibName));
-        return {};
-    }
+    const std::string name(nibName);
     auto bundle = mac.bundles().frameworkBundle();
     auto path = bundle ? bundle->pathForResource(nibName, "xib") : std::nullopt;
     if (!path) {
-        mac.record("overlay", "the layout " + std::string(nibName) + " is missing");
+        mac.record("overlay", "the layout " + name + " is missing");
         return {};
     }
-    auto nib = readOverlayNib(*path);
-    if (!nib || nib->windowId.empty()) {
-        mac.record("overlay", "the layout " + std::string(nibName) + " does not load");
+    auto document = readNibDocument(*path);
+    auto nib = document ? overlayNibFrom(*document) : std::nullopt;
+    if (!nib) {
+        mac.record("overlay", "the layout " + name + " does not load");
+        return {};
+    }
+    if (nib->ownerClass != overlayOwnerClass) {
+        mac.record("overlay", "the layout " + name + " is made for a " + nib->ownerClass + ", not a VantroWindowController");
+        return {};
+    }
+    if (nib->windowId.empty()) {
+        mac.record("overlay", "the layout " + name + " has no window");
         return {};
     }
     for (const auto& [property, destination] : nib->outlets) {
         if (!ownerHasOutlet(property)) {
-            mac.record("overlay", "the layout " + std::string(nibName) + " connects an unknown outlet " + property);
+            mac.record("overlay", "the layout " + name + " connects an unknown outlet " + property);
             return {};
         }
     }
-    OverlayLayout layout;
-    auto window = std::make_shared<SimOverlayWindow>(mac, nib->contentRect, nib->styleMask, *nib);
-    if (const NibView* icon = nib->outletView("iconView"); icon && icon->className == "ZVMainBundleIconImageView") {
-        layout.iconView = ZVMainBundleIconImageView::initWithFrame(icon->frame, applicationIconImageName(mac));
-        window->setIconView(layout.iconView, icon->id);
+    for (const NibView& view : nib->views) {
+        for (const auto& [binding, keyPath] : view.ownerBindings) {
+            if (!ownerHasBindableKey(keyPath)) {
+                mac.record("overlay", "the layout " + name + " binds the " + binding + " of a " + view.className +
+                                          " to an unknown key " + keyPath);
+                return {};
+            }
+        }
     }
-    mac.record("overlay", "loads the layout " + std::string(nibName));
+    OverlayLayout layout;
+    auto window = std::make_shared<SimOverlayWindow>(mac, nib->windowClass, nib->contentRect, nib->styleMask, *nib);
+    // Outlets are connected only to objects of their kinds.
+    auto outletDestination = [&](const char* property) {
+        auto it = nib->outlets.find(property);
+        return it == nib->outlets.end() ? std::string() : it->second;
+    };
+    if (auto id = outletDestination("iconView"); !id.empty()) {
+        layout.iconView = window->iconViewWithId(id);
+        if (!layout.iconView) mac.record("overlay", "the outlet iconView names no ZVMainBundleIconImageView; it stays unconnected");
+    }
+    if (auto id = outletDestination("unlockMessageField"); !id.empty()) {
+        layout.unlockMessageField = window->textFieldWithId(id);
+        if (!layout.unlockMessageField) mac.record("overlay", "the outlet unlockMessageField names no text field; it stays unconnected");
+    }
+    mac.record("overlay", "loads the layout " + name + " (a " + nib->windowClass + ")");
     if (nib->visibleAtLaunch) window->orderFront();
     layout.window = std::move(window);
     return layout;

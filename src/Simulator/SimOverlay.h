@@ -1,12 +1,14 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Platform/Controls.h"
 #include "Platform/Dragging.h"
 #include "Platform/OverlayWindow.h"
 #include "Simulator/OverlayNib.h"
@@ -38,22 +40,54 @@ struct OverlayView {
     bool boldFont = false;
 };
 
-// The overlay window of the simulated Mac (VantroWindow):
-// - borderless whatever style its maker asks for;
-// - never opaque, so only what its views draw shows over a clear background;
+// A text field of the overlay (NSTextField). Bound to the File's Owner's
+// "message", it shows the owner's message; unbound, the text the layout gave
+// it. The binding is read when the field is shown, so the owner is asked then.
+class SimTextField : public View {
+public:
+    SimTextField(std::string id, std::string title, std::optional<std::string> valueBinding)
+        : id_(std::move(id)), title_(std::move(title)), valueBinding_(std::move(valueBinding)) {}
+
+    const std::string& id() const { return id_; }
+    const std::optional<std::string>& valueBinding() const { return valueBinding_; }
+    // What the field shows for `owner`.
+    std::string stringValue(const VantroWindowController& owner) const;
+
+private:
+    std::string id_;
+    std::string title_;
+    std::optional<std::string> valueBinding_;
+};
+
+// The class a window layout must give the overlay's window.
+inline constexpr std::string_view VantroWindowClass = "VantroWindow";
+
+// The overlay window of the simulated Mac, made from a layout as the class
+// the layout names. A VantroWindow:
+// - is borderless whatever style its maker asks for;
+// - is never opaque, so only what its views draw shows over a clear
+//   background, and clicks where it draws nothing go to the window below;
 // - never makes the host active: a click on it leaves the front application
 //   as it was (the real window answers YES to the private
-//   _preventsActivation hook);
+//   _preventsActivation hook).
+// Any other class is a plain NSWindow: it keeps the style mask it was given,
+// is opaque (drawn over its whole frame, its background at full strength, and
+// taking every click), and a click on it makes the host the active
+// application. Either way the window:
+// - starts at the level its layout gives, the normal level (0) when none;
 // - announces "visible" each time it is shown or hidden, and writes showing,
 //   hiding and moving to the timeline;
-// - lays out its views from the layout it was loaded from, following each
-//   view's autoresizing mask when its frame changes;
+// - lays out its views from the layout, following each view's autoresizing
+//   mask when its frame changes, and keeps the objects it made for them (the
+//   icon views and the text fields) for its whole life;
 // - delivers the user's mouse-downs to the view under the pointer.
 class SimOverlayWindow : public OverlayWindow, public std::enable_shared_from_this<SimOverlayWindow> {
 public:
-    // initWithContentRect:styleMask:backing:defer: — `styleMask` is replaced
-    // by NSWindowStyleMaskBorderless.
-    SimOverlayWindow(SimulatedMac& mac, const Rect& contentRect, unsigned long styleMask, OverlayNib layout = {});
+    // initWithContentRect:styleMask:backing:defer: of `windowClass`, with the
+    // views of `layout`. Must be owned by a shared_ptr before its icon views
+    // are clicked.
+    SimOverlayWindow(SimulatedMac& mac, std::string windowClass, const Rect& contentRect, unsigned long styleMask,
+                     OverlayNib layout = {});
 
     void setBackgroundColor(const Color& color) override { background_ = color; }
     void setLevel(long level) override { level_ = level; }
@@ -65,11 +99,12 @@ public:
     long level() const override { return level_; }
     Color backgroundColor() const override { return background_; }
 
-    unsigned long styleMask() const { return styleMask_; }
-    // What the window's maker asked for before it was made borderless.
+    const std::string& windowClass() const { return windowClass_; }
+    unsigned long styleMask() const { return isVantroWindow() ? NSWindowStyleMaskBorderless : requestedStyleMask_; }
+    // What the window's maker asked for.
     unsigned long requestedStyleMask() const { return requestedStyleMask_; }
-    bool isOpaque() const { return false; }
-    bool preventsActivation() const { return true; }
+    bool isOpaque() const { return !isVantroWindow(); }
+    bool preventsActivation() const { return isVantroWindow(); }
 
     // The layout's views for the current frame, the content view first, in
     // drawing order.
@@ -78,11 +113,20 @@ public:
     std::optional<OverlayView> firstViewOfClass(std::string_view className) const;
     const OverlayNib& layout() const { return layout_; }
 
-    // Connects the icon view laid out as the view `id`; its frame follows the
-    // window's from now on.
-    void setIconView(const std::shared_ptr<ZVMainBundleIconImageView>& iconView, std::string id);
-    std::shared_ptr<ZVMainBundleIconImageView> iconView() const { return iconView_.lock(); }
-    // The icon view's frame in window coordinates; nullopt without one.
+    // The icon view made for the layout's view `id`; nullptr when that view
+    // is not a ZVMainBundleIconImageView.
+    std::shared_ptr<ZVMainBundleIconImageView> iconViewWithId(std::string_view id) const;
+    // The first icon view in drawing order, or nullptr.
+    std::shared_ptr<ZVMainBundleIconImageView> iconView() const;
+    // The text field made for the layout's view `id`; nullptr when that view
+    // is not a text field.
+    std::shared_ptr<SimTextField> textFieldWithId(std::string_view id) const;
+    // What the text field laid out as `view` shows for `owner`; empty for a
+    // view that is not a text field.
+    std::string textShownBy(const OverlayView& view, const VantroWindowController& owner) const;
+    // What every text field shows for `owner`, in drawing order.
+    std::vector<std::string> textsShown(const VantroWindowController& owner) const;
+    // The first icon view's frame in window coordinates; nullopt without one.
     std::optional<Rect> iconFrameInWindow() const;
 
     // The user presses the mouse at `locationInWindow`; `following` are the
@@ -95,26 +139,32 @@ public:
     void mouseDownPassedOn(const Event& event);
 
 private:
-    void placeIconView();
+    bool isVantroWindow() const { return windowClass_ == VantroWindowClass; }
+    void placeIconViews();
 
     SimulatedMac& mac_;
+    std::string windowClass_;
     OverlayNib layout_;
     unsigned long requestedStyleMask_;
-    unsigned long styleMask_ = NSWindowStyleMaskBorderless;
     Rect frame_;
     long level_ = 0;
     Color background_{0.925, 0.925, 0.925, 1};
     bool visible_ = false;
-    std::weak_ptr<ZVMainBundleIconImageView> iconView_;
-    std::string iconViewId_;
+    // The objects made for the layout's views, by view id: the window's view
+    // hierarchy owns them.
+    std::map<std::string, std::shared_ptr<ZVMainBundleIconImageView>, std::less<>> iconViews_;
+    std::map<std::string, std::shared_ptr<SimTextField>, std::less<>> textFields_;
     int passedOn_ = 0;
 };
 
 // Loads the layout `nibName` from the framework's resources with `owner` as
-// its File's Owner. Only "VantroWindowController" is a window layout: it gives
-// the overlay window and its icon view, showing the host's icon. Any other
-// name, a missing or malformed document, or one without a window outlet
-// gives an empty OverlayLayout.
+// its File's Owner, which must be a VantroWindowController and may connect
+// only the outlets such a controller has (window, iconView,
+// unlockMessageField) and bind only its "message". Gives the window the
+// window outlet names, made as the class the layout says, and the icon view
+// and text field the other two outlets name when they are of those kinds.
+// A missing or malformed document, another owner, an unknown outlet or key,
+// or no window outlet gives an empty OverlayLayout; the timeline says why.
 OverlayLayout loadOverlayLayout(SimulatedMac& mac, std::string_view nibName, VantroWindowController& owner);
 
 // The image name of the host application's icon (applicationIconImage).

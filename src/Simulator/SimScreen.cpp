@@ -173,16 +173,14 @@ bool renderScreen(SimulatedMac& mac, const ScreenContents& contents, const std::
     std::snprintf(clock, sizeof clock, "t = %.1f s", mac.now());
     text(cr, screen.size.width - 110, 17, clock, 12);
 
-    auto preferences = mac.workspace().application(SystemPreferencesBundleIdentifier);
-    bool preferencesShown = preferences && !preferences->isHidden();
-    bool preferencesFront = preferencesShown && front == preferences;
-    bool hostShown = !mac.workspace().host()->isHidden();
-    if (preferencesFront) {
-        if (hostShown) drawHostWindow(mac, cr, contents.permissionList, false);
-        drawSystemPreferences(mac, cr, true);
-    } else {
-        if (preferencesShown) drawSystemPreferences(mac, cr, false);
-        if (hostShown) drawHostWindow(mac, cr, contents.permissionList, front == mac.workspace().host());
+    // The ordinary windows as the window server stacks them, back to front.
+    const auto stack = mac.windows().windows();
+    for (auto it = stack.rbegin(); it != stack.rend(); ++it) {
+        if (it->layer != 0) continue;
+        const bool active = front && front->processIdentifier() == it->ownerPID;
+        if (it->number == SimWindows::hostWindowNumber) drawHostWindow(mac, cr, contents.permissionList, active);
+        else if (it->number == SimWindows::preferencesWindowNumber) drawSystemPreferences(mac, cr, active);
+        else drawWindow(cr, it->bounds, it->title.value_or(std::string()), active);
     }
     if (contents.overlay) {
         if (auto* window = simOverlayWindow(*contents.overlay); window && window->isVisible()) {

@@ -1,5 +1,6 @@
 #include "Simulator/SimSystemPreferences.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -82,9 +83,11 @@ bool SimSystemPreferences::openURL(const std::string& url) {
     auto& workspace = mac_.workspace();
     if (!isRunning()) {
         auto app = workspace.start(SystemPreferencesBundleIdentifier);
+        app->setFinishedLaunching(false);
         mac_.record("system", "launches " + app->localizedName());
         mac_.runLoop().scheduleUserEvent(launchDelay_, [this, pane, anchor, app] {
             if (app->isTerminated()) return;
+            app->setFinishedLaunching(true);
             showPane(pane, anchor);
             mac_.workspace().activate(app);
         });
@@ -128,6 +131,27 @@ void SimSystemPreferences::userMovesWindow(Point topLeft) {
     mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseDragged, 1, {frame_.size.width / 2, 10}}, processIdentifier());
     mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseUp, 1, {frame_.size.width / 2, 10}}, processIdentifier());
     mac_.record("System Preferences", "window moves to (" + std::to_string(int(topLeft.x)) + ", " + std::to_string(int(topLeft.y)) + ")");
+}
+
+void SimSystemPreferences::userDragsWindow(Point topLeft, double seconds) {
+    if (!isRunning()) return;
+    constexpr double step = 0.05;
+    const Point start = frame_.origin;
+    const Point grip{frame_.size.width / 2, 10};
+    mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseDown, 1, grip}, processIdentifier());
+    const int steps = std::max(1, static_cast<int>(seconds / step + 0.5));
+    for (int i = 1; i <= steps; ++i) {
+        const double t = static_cast<double>(i) / steps;
+        mac_.runLoop().scheduleUserEvent(i * step, [this, start, topLeft, grip, t, last = i == steps] {
+            if (!isRunning()) return;
+            frame_.origin = {start.x + (topLeft.x - start.x) * t, start.y + (topLeft.y - start.y) * t};
+            mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseDragged, 1, grip}, processIdentifier());
+            if (!last) return;
+            mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseUp, 1, grip}, processIdentifier());
+            mac_.record("System Preferences", "window dragged to (" + std::to_string(int(topLeft.x)) + ", " +
+                                                  std::to_string(int(topLeft.y)) + ")");
+        });
+    }
 }
 
 void SimSystemPreferences::userUnlocks() {

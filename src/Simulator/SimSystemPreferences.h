@@ -36,10 +36,12 @@ public:
     bool isLocked() const { return locked_; }
     bool hasLock() const;
     // Extra windows of System Preferences (a sheet, a second window), front
-    // to back after the main one; each is {frame, title}.
+    // to back after the main one; each is {frame, title}, and off screen
+    // when minimised into the Dock.
     struct ExtraWindow {
         Rect frame;
         std::optional<std::string> title;
+        bool minimized = false;
     };
     void addExtraWindow(ExtraWindow window) { extraWindows_.push_back(std::move(window)); }
     const std::vector<ExtraWindow>& extraWindows() const { return extraWindows_; }
@@ -48,6 +50,10 @@ public:
     // that global monitors of other applications see).
     void userShowsPane(const std::string& pane);
     void userMovesWindow(Point topLeft);
+    // Drags the window by its title bar to `topLeft` over `seconds`: a
+    // mouse-down now, the window following the pointer with a dragged event
+    // every 0.05 s, and a mouse-up when it arrives.
+    void userDragsWindow(Point topLeft, double seconds);
     void userUnlocks();
     void userQuits();
 

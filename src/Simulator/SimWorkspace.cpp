@@ -7,6 +7,12 @@
 
 namespace vantro::sim {
 
+namespace {
+// The host's main thread waiting for a synchronous launch: it runs none of
+// its own work.
+constexpr std::string_view blockedOnLaunchMode = "SimBlockedOnLaunch";
+}  // namespace
+
 SimRunningApplication::SimRunningApplication(SimWorkspace& workspace, std::string bundleIdentifier, int pid, std::string name)
     : workspace_(workspace), bundleIdentifier_(std::move(bundleIdentifier)), pid_(pid), name_(std::move(name)) {}
 
@@ -15,10 +21,9 @@ std::optional<std::string> SimRunningApplication::bundleIdentifier() const {
     return bundleIdentifier_;
 }
 
-bool SimRunningApplication::activateWithOptions(unsigned) {
+bool SimRunningApplication::activateWithOptions(unsigned options) {
     if (terminated_) return false;
-    workspace_.applicationActivated(*this);
-    return true;
+    return workspace_.requestActivation(*this, options);
 }
 
 void SimRunningApplication::setHidden(bool hidden) {
@@ -61,7 +66,7 @@ bool SimWorkspace::openURL(std::string_view urlText) {
 
 RunningApplicationPtr SimWorkspace::currentApplication() { return host_; }
 
-RunningApplicationPtr SimWorkspace::frontmostApplication() { return front_; }
+RunningApplicationPtr SimWorkspace::frontmostApplication() { return frontSeenByHost_; }
 
 std::vector<RunningApplicationPtr> SimWorkspace::runningApplicationsWithBundleIdentifier(std::string_view bundleIdentifier) {
     std::vector<RunningApplicationPtr> found;
@@ -79,13 +84,27 @@ std::optional<std::string> SimWorkspace::URLForApplicationWithBundleIdentifier(s
 RunningApplicationPtr SimWorkspace::launchApplicationAtURL(std::string_view url, unsigned options) {
     auto it = std::find_if(installed_.begin(), installed_.end(), [&](const Installed& a) { return a.url == url; });
     if (it == installed_.end()) return nullptr;
-    if (auto running = application(it->bundleIdentifier)) return running;
-    auto app = start(it->bundleIdentifier);
-    mac_.record("system", "launches " + it->name + ((options & NSWorkspaceLaunchWithoutActivation) ? " without activating it" : ""));
-    if (!(options & NSWorkspaceLaunchWithoutActivation)) {
-        auto delay = it->launchDelay;
-        mac_.runLoop().scheduleUserEvent(delay, [this, app] { activate(app); });
+    const bool activates = !(options & NSWorkspaceLaunchWithoutActivation);
+    if (auto running = application(it->bundleIdentifier)) {
+        if (activates) mac_.runLoop().scheduleUserEvent(0, [this, running] { activate(running); });
+        return running;
     }
+    const bool waits = !(options & NSWorkspaceLaunchAsync);
+    auto app = start(it->bundleIdentifier);
+    app->setFinishedLaunching(false);
+    mac_.record("system", "launches " + it->name + (activates ? "" : " without activating it") +
+                              (waits ? ", the host waiting until it has started" : ""));
+    auto finished = std::make_shared<bool>(false);
+    mac_.runLoop().scheduleUserEvent(it->launchDelay, [this, app, activates, finished] {
+        *finished = true;
+        if (app->isTerminated()) return;
+        app->setFinishedLaunching(true);
+        mac_.record("system", app->localizedName() + " has finished launching");
+        if (activates) activate(app);
+    });
+    // A launch that is not asynchronous holds the host's main thread: only
+    // the rest of the world goes on meanwhile.
+    if (waits) mac_.runLoop().runModeUntil(blockedOnLaunchMode, [finished] { return *finished; }, it->launchDelay + 1.0);
     return app;
 }
 
@@ -120,25 +139,51 @@ SimApplicationPtr SimWorkspace::application(std::string_view bundleIdentifier) c
     return nullptr;
 }
 
-void SimWorkspace::activate(const SimApplicationPtr& app) {
-    if (app) app->activateWithOptions(NSApplicationActivateIgnoringOtherApps);
+void SimWorkspace::activate(const SimApplicationPtr& app, bool allWindows) {
+    if (app && !app->isTerminated()) makeActive(app, allWindows);
 }
 
 void SimWorkspace::activate(std::string_view bundleIdentifier) { activate(application(bundleIdentifier)); }
 
-void SimWorkspace::applicationActivated(SimRunningApplication& app) {
+SimApplicationPtr SimWorkspace::running(const SimRunningApplication& app) const {
     auto it = std::find_if(running_.begin(), running_.end(), [&](const SimApplicationPtr& a) { return a.get() == &app; });
-    if (it == running_.end()) return;
-    bool wasFront = front_ == *it;
-    front_ = *it;
-    if (front_->isHidden()) front_->setHidden(false);
+    return it == running_.end() ? nullptr : *it;
+}
+
+bool SimWorkspace::requestActivation(SimRunningApplication& requested, unsigned options) {
+    auto app = running(requested);
+    if (!app) return false;
+    const bool allWindows = options & NSApplicationActivateAllWindows;
+    if (app == front_) {
+        mac_.windows().bringForward(app->processIdentifier(), allWindows);
+        return true;
+    }
+    const bool hostActive = !front_ || front_ == host_;
+    const bool ignoringOtherApps =
+        (options & NSApplicationActivateIgnoringOtherApps) && mac_.release().systemVersion.majorVersion < 14;
+    if (!hostActive && !ignoringOtherApps) {
+        // What the return value is for a request that does not take effect is
+        // not documented; false is the plausible answer.
+        mac_.record("system", "does not activate " + app->localizedName() + ": " + front_->localizedName() + " is active");
+        return false;
+    }
+    makeActive(app, allWindows);
+    return true;
+}
+
+void SimWorkspace::makeActive(const SimApplicationPtr& app, bool allWindows) {
+    bool wasFront = front_ == app;
+    front_ = app;
+    if (app->isHidden()) app->setHidden(false);
+    mac_.windows().bringForward(app->processIdentifier(), allWindows);
     if (wasFront) return;  // activating the front application posts nothing
-    mac_.record("system", front_->localizedName() + " becomes the active application");
-    postActivation(front_);
+    mac_.record("system", app->localizedName() + " becomes the active application");
+    postActivation(app);
 }
 
 void SimWorkspace::postActivation(SimApplicationPtr app) {
     mac_.runLoop().dispatchAsyncMain([this, app] {
+        frontSeenByHost_ = app;
         // Registrations removed while the notification is delivered get nothing more.
         auto snapshot = observers_;
         for (const auto& r : snapshot) {

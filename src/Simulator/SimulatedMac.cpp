@@ -96,6 +96,7 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
     workspace_->install({configuration_.hostBundleIdentifier, configuration_.hostName, "file://" + hostBundle_ + "/", 0.5});
     workspace_->host_ = workspace_->start(configuration_.hostBundleIdentifier);
     workspace_->front_ = workspace_->host_;
+    workspace_->frontSeenByHost_ = workspace_->host_;
     workspace_->install({"com.apple.finder", "Finder", "file:///System/Library/CoreServices/Finder.app/", 0.3});
     workspace_->start("com.apple.finder");
     systemPreferences_ = std::make_unique<SimSystemPreferences>(*this);

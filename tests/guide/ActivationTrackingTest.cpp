@@ -174,5 +174,91 @@ TEST_F(ActivationTracking, TheMonitorSeesOnlyOtherApplicationsAndIsTriedAgainWhe
     EXPECT_EQ(mac.windows().windowListRequests(), before);
 }
 
+TEST_F(ActivationTracking, FirstSightWorkOpensPlacesChecksThenAsksToUnlock) {
+    mac.windows().setScreenRecordingAllowed(true);
+    mac.privacy().setAutomationConsent(SystemPreferencesBundleIdentifier, sim::Consent::Authorized);
+    guide->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+    mac.runFor(0.8);  // System Preferences comes forward: first sight 0.5 s later
+    ASSERT_TRUE(guide->didSeePrivacyPanel());
+    mac.runFor(0.1);
+    // The window's title goes astray for a moment and a click hides the
+    // overlay, so each step of the first-sight work leaves a trace.
+    const long pid = mac.systemPreferences().processIdentifier();
+    mac.windows().setDescriptionFilter([pid](std::vector<Value>& list) {
+        for (auto& w : list)
+            if (w.find("kCGWindowOwnerPID")->integerValue() == pid) w.dictionary()->insert_or_assign("kCGWindowName", Value("Loading…"));
+    });
+    mac.windows().deliverMouseEvent({NSEventTypeLeftMouseDown, 1, {}}, static_cast<int>(pid));
+    ASSERT_FALSE(guide->isOverlayShown());
+    const auto mark = mac.timeline().entries().size();
+    mac.runFor(0.45);  // the click's second refresh is due only at 1.4 s
+    const auto& entries = mac.timeline().entries();
+    // Everything that happened at the instant the pane was opened again.
+    std::optional<double> instant;
+    for (auto i = mark; i < entries.size() && !instant; ++i)
+        if (entries[i].text.rfind("is asked to open", 0) == 0) instant = entries[i].time;
+    ASSERT_TRUE(instant.has_value());
+    std::vector<std::string> atFirstSight;
+    for (auto i = mark; i < entries.size(); ++i)
+        if (entries[i].time == *instant) atFirstSight.push_back(entries[i].actor + ": " + entries[i].text.substr(0, 14));
+    EXPECT_EQ(atFirstSight, (std::vector<std::string>{
+                                "System Preferences: is asked to op",
+                                "overlay: shown at (386,",
+                                "overlay: hidden",
+                                "framework: sends the auth",
+                                "System Preferences: asks for the a",
+                            }));
+}
+
+TEST_F(ActivationTracking, ARefreshDueAfterTheMonitorIsGoneDoesNothing) {
+    startGuiding();
+    mac.runFor(1.0);
+    mac.systemPreferences().userShowsPane(sim::SimSystemPreferences::securityPane);  // a second refresh is due in 0.5 s
+    guide->stop();
+    const int requests = mac.windows().windowListRequests();
+    mac.runFor(0.6);
+    EXPECT_EQ(mac.windows().windowListRequests(), requests);
+    EXPECT_FALSE(guide->isOverlayShown());
+}
+
+TEST_F(ActivationTracking, NoRefreshWhileTheHostIsHidden) {
+    startGuiding();
+    mac.runFor(1.0);
+    mac.workspace().host()->setHidden(true);
+    ASSERT_FALSE(guide->isOverlayShown());
+    const int requests = mac.windows().windowListRequests();
+    mac.systemPreferences().userShowsPane(sim::SimSystemPreferences::securityPane);
+    mac.runFor(0.6);
+    EXPECT_EQ(mac.windows().windowListRequests(), requests);
+    EXPECT_FALSE(guide->isOverlayShown());
+}
+
+TEST_F(ActivationTracking, OnlyLeftMouseDownsUpsAndDragsInPreferencesRefresh) {
+    startGuiding();
+    mac.runFor(1.0);
+    const int pid = mac.systemPreferences().processIdentifier();
+    struct Case {
+        long type;
+        bool refreshes;
+    } cases[] = {
+        {NSEventTypeLeftMouseDown, true},    {NSEventTypeLeftMouseUp, true},    {NSEventTypeLeftMouseDragged, true},
+        {NSEventTypeRightMouseDown, false},  {sim::NSEventTypeRightMouseUp, false}, {sim::NSEventTypeMouseMoved, false},
+        {sim::NSEventTypeKeyDown, false},    {sim::NSEventTypeScrollWheel, false},
+    };
+    for (const auto& c : cases) {
+        const int requests = mac.windows().windowListRequests();
+        mac.windows().deliverMouseEvent({c.type, 1, {}}, pid);
+        EXPECT_EQ(mac.windows().windowListRequests() > requests, c.refreshes) << c.type;
+        mac.runFor(0.6);
+    }
+    // While the user drags the settings window, the overlay keeps up with it.
+    mac.systemPreferences().userDragsWindow({686, 120}, 1.0);
+    mac.runFor(0.3);
+    EXPECT_EQ(overlay()->frame().origin.x, mac.systemPreferences().windowFrame().origin.x);
+    EXPECT_GT(overlay()->frame().origin.x, 386);
+    mac.runFor(0.8);
+    EXPECT_EQ(overlay()->frame().origin.x, 686);
+}
+
 }  // namespace
 }  // namespace vantro::test

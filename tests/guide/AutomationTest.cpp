@@ -34,7 +34,10 @@ TEST(Automation, ConsentsMapToAnswers) {
         EXPECT_EQ(Vantro::checkPermissionToAutomate("com.example.Target", &target), c.allowed);
         EXPECT_EQ(target != nullptr, c.targetKept);
         if (c.installed) {
-            // Not running: launched without activation, so the host stays in front.
+            // Not running: launched without waiting for it to start, and
+            // without activation, so the host stays in front.
+            EXPECT_EQ(mac.now(), 0.0);
+            EXPECT_FALSE(mac.workspace().application("com.example.Target")->isFinishedLaunching());
             EXPECT_EQ(mac.workspace().front(), mac.workspace().host());
             EXPECT_TRUE(mac.timeline().contains("launches Target without activating it"));
         } else {

@@ -120,6 +120,19 @@ TEST(GuidePaneTitle, FollowsTheUsersLanguagesAndTheRelease) {
     }
 }
 
+TEST(GuidePaneTitle, IsReadAgainForEverySession) {
+    sim::SimulatedMac mac;
+    auto guide = Vantro::sharedKit();
+    guide->askAccessForPanelIdentifier(VantroPrivacyPhotos);
+    EXPECT_EQ(guide->privacyPanelName(), "Security & Privacy");
+    mac.defaults().setUserLanguages({"de"});
+    guide->askAccessForPanelIdentifier(VantroPrivacyPhotos);
+    EXPECT_EQ(guide->privacyPanelName(), "Sicherheit & Datenschutz");
+    std::filesystem::remove_all(mac.realPath("/System/Library/PreferencePanes/Security.prefPane"));
+    guide->askAccessForPanelIdentifier(VantroPrivacyPhotos);
+    EXPECT_EQ(guide->privacyPanelName(), std::nullopt);
+}
+
 TEST(GuidePaneTitle, AMissingPaneBundleGivesNoTitle) {
     sim::SimulatedMac mac;
     std::filesystem::remove_all(mac.realPath("/System/Library/PreferencePanes/Security.prefPane"));

@@ -30,6 +30,11 @@ TEST(PaneOpening, AnchorsFollowTheTable) {
         {1894.5, VantroPrivacyFullDiskAccess, "Privacy_AllFiles"},
         {1894.5, VantroPrivacyAutomation, "Privacy_Automation"},
         {1894.5, std::string_view("Privacy_Camera"), "Privacy_Camera"},
+        // Identifiers are told apart by case: these are none of the above.
+        {1894.5, std::string_view("privacy_desktopfolder"), "privacy_desktopfolder"},
+        {1894.5, std::string_view("PRIVACY_FILESANDFOLDERS"), "PRIVACY_FILESANDFOLDERS"},
+        {1266.0, std::string_view("privacy_assistive"), "privacy_assistive"},
+        {1266.0, std::string_view("Privacy_assistive"), "Privacy_assistive"},
     };
     for (const auto& c : cases) {
         sim::SimulatedMac mac(test::atAppKit(c.appKit));

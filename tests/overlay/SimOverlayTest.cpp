@@ -94,7 +94,7 @@ TEST(OverlayLayoutFile, ParsesLayoutTextAndRejectsWhatIsNotALayout) {
 
 TEST(SimOverlayWindow, IsBorderlessNonOpaqueAndNeverActivatesTheHost) {
     SimulatedMac mac;
-    SimOverlayWindow window(mac, {{0, 0}, {100, 100}}, NSWindowStyleMaskTitled | NSWindowStyleMaskClosable);
+    SimOverlayWindow window(mac, std::string(VantroWindowClass), {{0, 0}, {100, 100}}, NSWindowStyleMaskTitled | NSWindowStyleMaskClosable);
     EXPECT_EQ(window.styleMask(), NSWindowStyleMaskBorderless);
     EXPECT_EQ(window.requestedStyleMask(), NSWindowStyleMaskTitled | NSWindowStyleMaskClosable);
     window.setBackgroundColor({1, 0, 0, 1});
@@ -105,9 +105,10 @@ TEST(SimOverlayWindow, IsBorderlessNonOpaqueAndNeverActivatesTheHost) {
     auto* overlay = simOverlayWindow(*controller);
     ASSERT_TRUE(overlay);
     overlay->orderFront();
-    mac.workspace().activate(std::string(SystemPreferencesBundleIdentifier));
+    auto front = mac.workspace().start(SystemPreferencesBundleIdentifier);
+    mac.workspace().activate(front);
     mac.runUntilIdle();
-    auto front = mac.workspace().front();
+    ASSERT_EQ(mac.workspace().front(), front);
     EXPECT_TRUE(userClicksIcon(mac, *controller));
     EXPECT_TRUE(userStartsDraggingIcon(mac, *controller)) << "the first click reaches the icon";
     EXPECT_EQ(mac.workspace().front(), front) << "the host stays behind";

@@ -23,11 +23,22 @@ TEST(VantroWindowController, LoadsTheOverlayWithItsIconView) {
     auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
     ASSERT_TRUE(controller->window());
     ASSERT_TRUE(controller->iconView());
+    // The outlets name the window's own subviews.
+    auto* window = sim::simOverlayWindow(*controller);
+    ASSERT_TRUE(window);
+    EXPECT_EQ(controller->iconView(), window->iconViewWithId(window->layout().outlets.at("iconView")));
+    auto field = std::dynamic_pointer_cast<sim::SimTextField>(controller->unlockMessageField());
+    ASSERT_TRUE(field);
+    EXPECT_EQ(field, window->textFieldWithId(window->layout().outlets.at("unlockMessageField")));
     EXPECT_FALSE(controller->window()->isVisible()) << "the overlay waits to be shown";
     EXPECT_FALSE(controller->inDrag());
     EXPECT_FALSE(controller->message().has_value());
     EXPECT_EQ(controller->iconView()->image(), sim::applicationIconImageName(mac));
     EXPECT_EQ(VantroWindowController::keyPathsForValuesAffectingInDrag(), (std::vector<std::string>{"iconView.inDrag"}));
+    // The field shows the message only through its binding.
+    EXPECT_EQ(field->stringValue(*controller), "");
+    controller->setMessage("Shown through the binding.");
+    EXPECT_EQ(field->stringValue(*controller), "Shown through the binding.");
 }
 
 TEST(VantroWindowController, ReannouncesTheIconViewsInDrag) {
@@ -59,6 +70,71 @@ TEST(VantroWindowController, StopsObservingItsIconViewWhenDestroyed) {
     controller.reset();
     EXPECT_EQ(keep->observationCount(), 0u);
     keep->setInDrag(true);  // reaches no freed controller
+    EXPECT_TRUE(mac.log().objections().empty());
+}
+
+TEST(VantroWindowController, SettingTheIconViewMovesTheInDragObservation) {
+    sim::SimulatedMac mac;
+    auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
+    auto layoutIcon = controller->iconView();
+    ASSERT_TRUE(layoutIcon);
+    Recorder recorder;
+    controller->addObserver(recorder, "inDrag", ObservingOptionNone, recorderContext);
+
+    auto other = ZVMainBundleIconImageView::initWithFrame({{0, 0}, {32, 32}}, "other");
+    other->setInDrag(true);
+    controller->setIconView(other);
+    EXPECT_EQ(controller->iconView(), other);
+    // The change of icon view is announced with the new icon view's inDrag.
+    EXPECT_EQ(recorder.seen, (std::vector<std::pair<std::string, bool>>{{"inDrag", true}}));
+    EXPECT_EQ(layoutIcon->observationCount(), 0u);
+    EXPECT_EQ(other->observationCount(), 1u);
+    layoutIcon->setInDrag(true);  // no longer the controller's
+    EXPECT_EQ(recorder.seen.size(), 1u);
+    other->setInDrag(false);
+    EXPECT_EQ(recorder.seen.back(), (std::pair<std::string, bool>{"inDrag", false}));
+    EXPECT_EQ(recorder.seen.size(), 2u);
+
+    // Setting the same icon view again leaves one registration.
+    controller->setIconView(other);
+    EXPECT_EQ(other->observationCount(), 1u);
+    EXPECT_EQ(recorder.seen.size(), 3u);
+
+    // The controller does not keep the icon view: once its maker lets go, the
+    // outlet is empty, inDrag is NO, and nothing is left to remove.
+    std::weak_ptr<ZVMainBundleIconImageView> weakOther = other;
+    other.reset();
+    EXPECT_TRUE(weakOther.expired());
+    EXPECT_EQ(controller->iconView(), nullptr);
+    EXPECT_FALSE(controller->inDrag());
+    controller->setIconView(layoutIcon);
+    EXPECT_TRUE(controller->inDrag()) << "the layout's icon view was set in a drag above";
+    controller->setIconView(nullptr);
+    EXPECT_FALSE(controller->inDrag());
+    EXPECT_EQ(layoutIcon->observationCount(), 0u);
+    controller->removeObserver(recorder, "inDrag", recorderContext);
+    controller.reset();
+    EXPECT_TRUE(mac.log().objections().empty()) << ::testing::PrintToString(mac.log().objections());
+}
+
+TEST(VantroWindowController, TheWindowKeepsItsSubviewsAndTheControllerKeepsTheWindow) {
+    sim::SimulatedMac mac;
+    auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
+    std::weak_ptr<ZVMainBundleIconImageView> icon = controller->iconView();
+    std::weak_ptr<View> field = controller->unlockMessageField();
+    ASSERT_FALSE(icon.expired());
+    ASSERT_FALSE(field.expired());
+    // A field the host connects instead is not kept by the controller.
+    auto replacement = std::make_shared<sim::SimTextField>("replacement", "", std::nullopt);
+    controller->setUnlockMessageField(replacement);
+    EXPECT_EQ(controller->unlockMessageField(), replacement);
+    replacement.reset();
+    EXPECT_EQ(controller->unlockMessageField(), nullptr);
+    EXPECT_FALSE(field.expired()) << "the window still holds the layout's field";
+    // The window goes with the controller, and its subviews with it.
+    controller.reset();
+    EXPECT_TRUE(icon.expired());
+    EXPECT_TRUE(field.expired());
     EXPECT_TRUE(mac.log().objections().empty());
 }
 
@@ -106,6 +182,7 @@ TEST(VantroWindowController, LayoutThatDoesNotLoadGivesNoWindow) {
         ASSERT_TRUE(controller) << c.name;
         EXPECT_EQ(controller->window(), nullptr) << c.name;
         EXPECT_EQ(controller->iconView(), nullptr) << c.name;
+        EXPECT_EQ(controller->unlockMessageField(), nullptr) << c.name;
         EXPECT_FALSE(controller->inDrag()) << c.name;
         controller->setMessage("still works");
         EXPECT_EQ(controller->message(), std::optional<std::string>("still works")) << c.name;

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -317,29 +315,6 @@ TEST(PermissionList, TheTableReusesItsCellsAcrossRebuilds) {
     // A column the layout does not have gets no view.
     EXPECT_EQ(controller->tableView(*table, TableColumn("Other"), 0), nullptr);
 }
-
-TEST(PermissionList, TheLayoutDeclaresWhatTheSimulatedTableStandsFor) {
-    std::ifstream file(std::string(VANTRO_TEST_RESOURCES_DIR) + "/VantroViewController.xib");
-    std::stringstream text;
-    text << file.rdbuf();
-    const std::string layout = text.str();
-    for (std::string fragment : {
-             std::string("customClass=\"VantroViewController\""),
-             "<tableColumn identifier=\"" + std::string(sim::PrivacyCategoryColumnIdentifier) + "\"",
-             "<tableCellView identifier=\"" + std::string(sim::PrivacyCategoryColumnIdentifier) + "\"",
-             std::string("customClass=\"VantroRequestButtonTableCellView\""),
-             std::string("name=\"contentArray\" keyPath=\"privacyCategories\""),
-             std::string("keyPath=\"objectValue.label\""),
-             std::string("keyPath=\"objectValue.reason\""),
-             std::string("<outlet property=\"authorizationButton\""),
-             std::string("<action selector=\"requestAuthorization:\""),
-             std::string("<outlet property=\"delegate\" destination=\"-2\""),
-             "title=\"" + std::string(sim::LayoutButtonTitle) + "\"",
-         }) {
-        EXPECT_NE(layout.find(fragment), std::string::npos) << fragment;
-    }
-}
-
 
 // Runs the simulated Mac in small steps until the guide's overlay shows (or
 // stops showing); answers the time it did, or a negative one.

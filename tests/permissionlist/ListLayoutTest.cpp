@@ -1,0 +1,197 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "permissionlist/ListFixture.h"
+#include "support/LayoutEdits.h"
+#include "support/TemporaryResources.h"
+
+namespace vantro {
+namespace {
+
+using Row = sim::SimPermissionList::Row;
+
+// What a host sees of a list for Network Volumes shown from a layout, and
+// what one click on the row's button does.
+struct ListBehaviour {
+    bool loaded = false;
+    bool tableOutlet = false;
+    bool arrayControllerOutlet = false;
+    std::vector<Row> rows;
+    // The button sent its action.
+    bool clickSent = false;
+    // The request reached the status center, which opened the privacy pane.
+    bool requested = false;
+    // The cell knew its list: a rebuild follows 0.1 seconds later.
+    bool rebuildScheduled = false;
+    bool operator==(const ListBehaviour&) const = default;
+};
+
+void PrintTo(const ListBehaviour& b, std::ostream* os) {
+    *os << "{loaded " << b.loaded << ", table outlet " << b.tableOutlet << ", array controller outlet "
+        << b.arrayControllerOutlet << ", rows " << ::testing::PrintToString(b.rows) << ", click sent " << b.clickSent
+        << ", requested " << b.requested << ", rebuild " << b.rebuildScheduled << "}";
+}
+
+ListBehaviour observeList(const std::string& layout) {
+    test::TemporaryResources resources;
+    resources.write("VantroViewController.xib", layout);
+    sim::SimulatedMac mac(resources.configuration());  // 10.15
+    auto controller = VantroViewController::create();
+    controller->setRequestedPrivacyCategoryIdentifiers({std::string(VantroPrivacyNetworkVolume)});
+    controller->setReasonStrings(VantroViewController::ReasonStrings{{std::string(VantroPrivacyNetworkVolume), "For backups."}});
+    sim::SimPermissionList list(mac, controller);
+    list.show();
+    ListBehaviour b;
+    b.loaded = list.isViewLoaded() && controller->isViewLoaded();
+    b.tableOutlet = controller->privacyCategoriesTableView() != nullptr;
+    b.arrayControllerOutlet = controller->privacyCategoriesArrayController() != nullptr;
+    b.rows = list.rows();
+    b.clickSent = list.click(0);
+    b.requested = !mac.workspace().openedURLs().empty();
+    b.rebuildScheduled =
+        mac.runLoop().pendingPerforms(controller.get(), VantroViewController::UpdatePrivacyCategoriesSelector) == 1;
+    return b;
+}
+
+// The real layout, and copies each missing one thing the list relies on:
+// each case says how what the host sees differs from the real layout's.
+TEST(ListLayout, EveryPartOfTheLayoutShowsInWhatTheHostSees) {
+    const ListBehaviour real{true, true, true, {{"Network Volumes", "For backups.", "Grant Permission", true}}, true, true, true};
+    const ListBehaviour nothing{};
+    struct Case {
+        const char* name;
+        test::LayoutEdit edit;
+        std::function<void(ListBehaviour&)> differs;
+    } cases[] = {
+        {"the real layout", test::unchanged(), [](ListBehaviour&) {}},
+        {"owner of another class", test::replacing(R"(customClass="VantroViewController")", R"(customClass="NSViewController")"),
+         [&](ListBehaviour& b) { b = nothing; }},
+        {"view outlet", test::withoutElement(R"(property="view")"), [&](ListBehaviour& b) { b = nothing; }},
+        {"unknown owner outlet", test::replacing(R"(property="privacyCategoriesTableView")", R"(property="tableView")"),
+         [&](ListBehaviour& b) { b = nothing; }},
+        {"table outlet", test::withoutElement(R"(property="privacyCategoriesTableView")"),
+         [](ListBehaviour& b) { b.tableOutlet = false; }},
+        {"array controller outlet", test::withoutElement(R"(property="privacyCategoriesArrayController")"),
+         [](ListBehaviour& b) { b.arrayControllerOutlet = false; }},
+        {"array controller's content binding", test::withoutElement(R"(name="contentArray")"),
+         [](ListBehaviour& b) {
+             b.rows.clear();
+             b.clickSent = b.requested = b.rebuildScheduled = false;
+         }},
+        {"content bound to a key the owner lacks", test::replacing(R"(keyPath="privacyCategories")", R"(keyPath="privacyCategory")"),
+         [&](ListBehaviour& b) { b = nothing; }},
+        {"table's content binding", test::withoutElement(R"(name="content")"),
+         [](ListBehaviour& b) {
+             b.rows.clear();
+             b.clickSent = b.requested = b.rebuildScheduled = false;
+         }},
+        {"table's delegate", test::withoutElement(R"(property="delegate")"),
+         [](ListBehaviour& b) { b.rebuildScheduled = false; }},
+        {"column identifier", test::replacing(R"(<tableColumn identifier="PrivacyCategoryColumn")", R"(<tableColumn identifier="Other")"),
+         [](ListBehaviour& b) {
+             b.rows = {Row{}};
+             b.clickSent = b.requested = b.rebuildScheduled = false;
+         }},
+        {"cell view identifier",
+         test::replacing(R"(<tableCellView identifier="PrivacyCategoryColumn")", R"(<tableCellView identifier="Other")"),
+         [](ListBehaviour& b) {
+             b.rows = {Row{}};
+             b.clickSent = b.requested = b.rebuildScheduled = false;
+         }},
+        // A plain NSTableCellView has no authorizationButton to connect, so
+        // the table cannot make the view.
+        {"cell view class", test::withoutAttribute(R"(customClass="VantroRequestButtonTableCellView")"),
+         [](ListBehaviour& b) {
+             b.rows = {Row{}};
+             b.clickSent = b.requested = b.rebuildScheduled = false;
+         }},
+        {"button outlet", test::withoutElement(R"(property="authorizationButton")"),
+         [](ListBehaviour& b) { b.rows[0].buttonTitle = "Request Permission"; }},
+        {"button action", test::withoutElement(R"(selector="requestAuthorization:")"),
+         [](ListBehaviour& b) { b.clickSent = b.requested = b.rebuildScheduled = false; }},
+        {"button action's target", test::replacing(R"(target="cEl-Pc-001")", R"(target="-2")"),
+         [](ListBehaviour& b) { b.clickSent = b.requested = b.rebuildScheduled = false; }},
+        {"label binding", test::withoutElement(R"(keyPath="objectValue.label")"),
+         [](ListBehaviour& b) { b.rows[0].label = "Label"; }},
+        {"reason binding", test::withoutElement(R"(keyPath="objectValue.reason")"),
+         [](ListBehaviour& b) { b.rows[0].reason = "Reason"; }},
+    };
+    for (const auto& c : cases) {
+        ListBehaviour expected = real;
+        c.differs(expected);
+        EXPECT_EQ(observeList(c.edit(test::realLayout("VantroViewController"))), expected) << c.name;
+    }
+}
+
+// A subclass with a layout of its own.
+class CustomList : public VantroViewController {
+public:
+    std::string viewNibName() const override { return "CustomList"; }
+};
+
+TEST(ListLayout, EachClassLoadsTheLayoutItsViewNibNameNames) {
+    const std::string ownLayout = test::replacing(R"(customClass="VantroViewController")", R"(customClass="CustomList")")(
+        test::realLayout("VantroViewController"));
+    struct Case {
+        const char* name;
+        bool subclass;
+        std::optional<std::string> customLayout;  // nullopt: none
+        bool removeBaseLayout;
+        bool loads;
+    } cases[] = {
+        {"the base class loads VantroViewController", false, std::nullopt, false, true},
+        {"the base class without its layout", false, ownLayout, true, false},
+        {"a subclass without a layout of its name", true, std::nullopt, false, false},
+        {"a subclass with its own layout", true, ownLayout, true, true},
+        {"a subclass's layout made for the base class", true, test::realLayout("VantroViewController"), true, true},
+    };
+    for (const auto& c : cases) {
+        test::TemporaryResources resources;
+        if (c.customLayout) resources.write("CustomList.xib", *c.customLayout);
+        if (c.removeBaseLayout) resources.remove("VantroViewController.xib");
+        sim::SimulatedMac mac(resources.configuration());
+        std::shared_ptr<VantroViewController> controller =
+            c.subclass ? std::make_shared<CustomList>() : VantroViewController::create();
+        EXPECT_EQ(controller->viewNibName(), c.subclass ? "CustomList" : "VantroViewController") << c.name;
+        sim::SimPermissionList list(mac, controller);
+        list.show();
+        EXPECT_EQ(controller->isViewLoaded(), c.loads) << c.name;
+        EXPECT_EQ(list.isOnScreen(), c.loads) << c.name;
+        EXPECT_EQ(list.rows().size(), c.loads ? 1u : 0u) << c.name;
+        if (!c.loads) {
+            EXPECT_TRUE(mac.timeline().contains("the layout " + controller->viewNibName(), "list")) << c.name;
+        }
+    }
+}
+
+TEST(ListLayout, TheOutletsHoldNeitherTheTableNorTheArrayController) {
+    sim::SimulatedMac mac;
+    auto controller = VantroViewController::create();
+    auto list = std::make_unique<sim::SimPermissionList>(mac, controller);
+    list->loadView();
+    std::weak_ptr<TableView> table = controller->privacyCategoriesTableView();
+    std::weak_ptr<ArrayController> arrayController = controller->privacyCategoriesArrayController();
+    ASSERT_FALSE(table.expired());
+    ASSERT_FALSE(arrayController.expired());
+    // The rows reach the table through the array controller.
+    auto* simulated = dynamic_cast<sim::SimArrayController*>(arrayController.lock().get());
+    ASSERT_NE(simulated, nullptr);
+    EXPECT_EQ(simulated->arrangedObjects(), controller->privacyCategories());
+    // The window's view hierarchy keeps them; the controller does not.
+    list.reset();
+    EXPECT_TRUE(table.expired());
+    EXPECT_TRUE(arrayController.expired());
+    EXPECT_EQ(controller->privacyCategoriesTableView(), nullptr);
+    EXPECT_EQ(controller->privacyCategoriesArrayController(), nullptr);
+    // The bindings are gone with them: a rebuild reaches nothing freed.
+    controller->updatePrivacyCategories();
+    EXPECT_EQ(controller->observationCount(), 0u);
+    EXPECT_TRUE(mac.log().objections().empty());
+}
+
+}  // namespace
+}  // namespace vantro
