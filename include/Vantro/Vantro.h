@@ -5,3 +5,11 @@
 #import <Vantro/VantroPrivacy.h>
 #import <Vantro/VantroRequestStatusCenter.h>
 #import <Vantro/VantroGuide.h>
+#import <Vantro/VantroViewController.h>
+#import <Vantro/VantroRequestButtonTableCellView.h>
+#import <Vantro/VantroWindow.h>
+#import <Vantro/VantroContentView.h>
+#import <Vantro/VantroView.h>
+#import <Vantro/VantroArrowView.h>
+#import <Vantro/ZVMainBundleIconImageView.h>
+#import <Vantro/VantroWindowController.h>

@@ -13,6 +13,7 @@
 #import <Foundation/Foundation.h>
 
 #include "macOS/MacAreas.h"
+#include "macOS/MacBundles.h"
 #include "macOS/MacFoundation.h"
 
 // A class of the framework: its bundle is the framework's.
@@ -23,6 +24,20 @@
 @end
 
 namespace vantro::mac {
+
+// In the Swift package the shell is a static library inside the host, so the
+// bundle of a framework class would be the host's own: the resources are in
+// the package's resource bundle, whose accessor the package manager defines
+// for a target with resources and Objective-C(++) sources.
+NSBundle* frameworkNSBundle() {
+#if defined(SWIFTPM_MODULE_BUNDLE)
+    return SWIFTPM_MODULE_BUNDLE;
+#elif defined(SWIFT_PACKAGE)
+#error "The Swift package build defines no SWIFTPM_MODULE_BUNDLE: the framework's resources could not be found"
+#else
+    return [NSBundle bundleForClass:[VantroBundleLocator class]];
+#endif
+}
 
 namespace {
 
@@ -55,20 +70,6 @@ public:
 private:
     NSBundle* bundle_;
 };
-
-// In the Swift package the shell is a static library inside the host, so the
-// bundle of a framework class would be the host's own: the resources are in
-// the package's resource bundle, whose accessor the package manager defines
-// for a target with resources and Objective-C(++) sources.
-NSBundle* frameworkNSBundle() {
-#if defined(SWIFTPM_MODULE_BUNDLE)
-    return SWIFTPM_MODULE_BUNDLE;
-#elif defined(SWIFT_PACKAGE)
-#error "The Swift package build defines no SWIFTPM_MODULE_BUNDLE: the framework's resources could not be found"
-#else
-    return [NSBundle bundleForClass:[VantroBundleLocator class]];
-#endif
-}
 
 class MacBundles final : public Bundles {
 public:

@@ -6,7 +6,8 @@
 // caller's target and selector, each key with a perform target of its own so
 // that cancelPreviousPerformRequestsWithTarget: drops exactly that key's
 // requests; the main queue through libdispatch (async and after); the main
-// thread and the current run-loop mode.
+// thread and the current run-loop mode; the NSTimer behind a timer
+// (MacRunLoop.h).
 // Known gaps: none.
 
 #import <Foundation/Foundation.h>
@@ -20,6 +21,7 @@
 
 #include "macOS/MacAreas.h"
 #include "macOS/MacFoundation.h"
+#include "macOS/MacRunLoop.h"
 
 namespace vantro::mac {
 class MacTimer;
@@ -52,6 +54,7 @@ public:
     void invalidate() override { [timer_ invalidate]; }
     bool isValid() const override { return timer_ && timer_.valid; }
     void setTimer(NSTimer* timer) { timer_ = timer; }
+    NSTimer* timer() const { return timer_; }
 
 private:
     // The run loop owns the timer; this only refers to it.
@@ -170,5 +173,10 @@ private:
 }  // namespace
 
 std::unique_ptr<RunLoop> makeRunLoop() { return std::make_unique<MacRunLoop>(); }
+
+NSTimer* _Nullable nsTimer(const std::shared_ptr<Timer>& timer) {
+    auto* macTimer = dynamic_cast<MacTimer*>(timer.get());
+    return macTimer ? macTimer->timer() : nil;
+}
 
 }  // namespace vantro::mac

@@ -206,6 +206,112 @@ enum : NSEventMask {
 + (void)removeMonitor:(id)eventMonitor;
 @end
 
+// NSApplication's activation policy (10.6) and NSWindow's content view
+// controller (10.10), which GNUstep lacks. Checked against
+// developer.apple.com/documentation/appkit/nsapplication/setactivationpolicy(_:)
+// (`(NSApplication.ActivationPolicy) -> Bool`), .../nsapplication/activationpolicy()
+// and .../nswindow/contentviewcontroller (`var contentViewController: NSViewController?`).
+@interface NSApplication (VantroAppleAdditionsActivationPolicy)
+- (NSApplicationActivationPolicy)activationPolicy;
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
+@end
+
+@interface NSWindow (VantroAppleAdditionsContentViewController)
+@property (nullable, strong) NSViewController *contentViewController;
+@end
+
+// NSViewController's life cycle (10.10), which GNUstep lacks: its
+// NSViewController has only -view, -loadView, -nibName and -nibBundle.
+// Checked against developer.apple.com/documentation/appkit/nsviewcontroller/viewdidload(),
+// .../viewdidappear(), .../viewdiddisappear() (each `func …()`, macOS 10.10)
+// and .../isviewloaded (`var isViewLoaded: Bool { get }`, precise identifier
+// c:objc(cs)NSViewController(py)viewLoaded).
+@interface NSViewController (VantroAppleAdditionsLifeCycle)
+@property (readonly, getter=isViewLoaded) BOOL viewLoaded;
+- (void)viewDidLoad;
+- (void)viewDidAppear;
+- (void)viewDidDisappear;
+@end
+
+// View-based tables (10.7), which GNUstep lacks: NSTableCellView and
+// -[NSTableView makeViewWithIdentifier:owner:]. Checked against
+// developer.apple.com/documentation/appkit/nstablecellview (a subclass of
+// NSView), .../nstablecellview/objectvalue (`var objectValue: Any?`, read and
+// written) and .../nstableview/makeview(withidentifier:owner:)
+// (`(NSUserInterfaceItemIdentifier, owner: Any?) -> NSView?`; the identifier
+// must not be nil). The __kindof on the result is unconfirmed against an Apple
+// page; the shell assigns the result to NSView * and casts, which compiles
+// with or without it.
+@interface NSTableCellView : NSView
+@property (nullable, strong) id objectValue;
+@end
+
+@interface NSTableView (VantroAppleAdditionsViewBased)
+- (nullable __kindof NSView *)makeViewWithIdentifier:(NSUserInterfaceItemIdentifier)identifier owner:(nullable id)owner;
+@end
+
+// Drag and drop with dragging sessions (10.7), which GNUstep lacks: it has
+// the NSDraggingSource protocol and NSDraggingContext with Apple's types, but
+// only a forward declaration of NSDraggingSession and no NSDraggingItem,
+// NSDraggingFormation or -[NSView beginDraggingSessionWithItems:event:source:].
+// GNUstep's NSDragOperationEvery is UINT_MAX where Apple's is NSUIntegerMax;
+// the shell passes the core's value through and never names it.
+// Checked against developer.apple.com/documentation/appkit/nsdraggingformation
+// (default, none, pile, list, stack) with learn.microsoft.com
+// NSDraggingFormation (0 to 4) and docs.rs objc2-app-kit (NSInteger);
+// .../nsdraggingitem/init(pasteboardwriter:) (designated, `any
+// NSPasteboardWriting`), .../nsdraggingitem/item (`var item: Any { get }`),
+// .../nsdraggingitem/setdraggingframe(_:contents:) (`(NSRect, contents: Any?)`)
+// and docs.rs objc2-app-kit NSDraggingItem (draggingFrame read and written);
+// .../nsdraggingsession/animatestostartingpositionsoncancelorfail (Bool) and
+// .../nsdraggingsession/draggingformation (NSDraggingFormation), both read and
+// written; .../nsview/begindraggingsession(with:event:source:) (`([NSDraggingItem],
+// event: NSEvent, source: any NSDraggingSource) -> NSDraggingSession`; its
+// text says nil when the session cannot start, the signature says non-null);
+// .../nspasteboardwriting and docs.rs objc2-app-kit (NSURL adopts
+// NSPasteboardWriting, in AppKit's NSURL (NSPasteboardSupport) category).
+typedef NS_ENUM(NSInteger, NSDraggingFormation) {
+    NSDraggingFormationDefault = 0,
+    NSDraggingFormationNone,
+    NSDraggingFormationPile,
+    NSDraggingFormationList,
+    NSDraggingFormationStack
+};
+
+@interface NSDraggingItem : NSObject
+- (instancetype)initWithPasteboardWriter:(id<NSPasteboardWriting>)pasteboardWriter NS_DESIGNATED_INITIALIZER;
+@property (readonly, strong) id item;
+@property NSRect draggingFrame;
+- (void)setDraggingFrame:(NSRect)frame contents:(nullable id)contents;
+@end
+
+@interface NSDraggingSession : NSObject
+@property NSDraggingFormation draggingFormation;
+@property BOOL animatesToStartingPositionsOnCancelOrFail;
+@end
+
+@interface NSView (VantroAppleAdditionsDraggingSession)
+- (NSDraggingSession *)beginDraggingSessionWithItems:(NSArray<NSDraggingItem *> *)items
+                                               event:(NSEvent *)event
+                                              source:(id<NSDraggingSource>)source;
+@end
+
+@interface NSURL (VantroAppleAdditionsPasteboardSupport) <NSPasteboardWriting>
+@end
+
+// The event type names of 10.12, which GNUstep lacks (it has only the old
+// NSLeftMouseDown … names, deprecated on the Mac). GNUstep's NSEventType is
+// NSUInteger, as Apple's is. Checked against
+// developer.apple.com/documentation/appkit/nsevent/eventtype/leftmousedragged
+// and docs.rs rust-macios NSEventType (LeftMouseDown 1, LeftMouseUp 2,
+// RightMouseDown 3, LeftMouseDragged 6; u64).
+enum : NSEventType {
+    NSEventTypeLeftMouseDown = 1,
+    NSEventTypeLeftMouseUp = 2,
+    NSEventTypeRightMouseDown = 3,
+    NSEventTypeLeftMouseDragged = 6
+};
+
 // Present in GNUstep with Apple's types: NSAlert's messageText,
 // informativeText, addButtonWithTitle:, runModal and alertStyle (as methods,
 // which dot syntax reaches the same way), NSModalResponse,

@@ -27,6 +27,14 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+// NSApplicationActivationPolicy: checked against developer.apple.com/documentation/appkit/nsapplication/activationpolicy-swift.enum
+// and learn.microsoft.com's AppKit.NSApplicationActivationPolicy (Regular 0, Accessory 1, Prohibited 2; NSInteger).
+typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
+    NSApplicationActivationPolicyRegular = 0,
+    NSApplicationActivationPolicyAccessory = 1,
+    NSApplicationActivationPolicyProhibited = 2
+};
+
 typedef NS_OPTIONS(NSUInteger, NSApplicationActivationOptions) {
     NSApplicationActivateAllWindows = 1 << 0,
     NSApplicationActivateIgnoringOtherApps = 1 << 1

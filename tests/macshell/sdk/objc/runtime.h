@@ -12,6 +12,7 @@
 
 #include <objc/objc.h>
 #include <stddef.h>
+#include <stdint.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -46,6 +47,25 @@ size_t class_getInstanceSize(Class _Nullable cls);
 
 Class _Nullable objc_getClass(const char *name);
 Class _Nullable objc_lookUpClass(const char *name);
+
+// Associated objects (10.6). Checked against
+// developer.apple.com/documentation/objectivec/objc_setassociatedobject(_:_:_:_:)
+// (`(Any, UnsafeRawPointer, Any?, objc_AssociationPolicy)`: the object and key
+// non-null, the value nullable), .../objc_getassociatedobject(_:_:) and
+// .../objc_associationpolicy (ASSIGN, RETAIN_NONATOMIC, COPY_NONATOMIC, RETAIN,
+// COPY); the values 0, 1, 3, 01401 and 01403 and the uintptr_t underlying type
+// from docs.rs objc-sys (OBJC_ASSOCIATION_RETAIN_NONATOMIC = 1) and the objc4
+// runtime.h text quoted in public write-ups (unconfirmed against an Apple page).
+typedef enum objc_AssociationPolicy : uintptr_t {
+    OBJC_ASSOCIATION_ASSIGN = 0,
+    OBJC_ASSOCIATION_RETAIN_NONATOMIC = 1,
+    OBJC_ASSOCIATION_COPY_NONATOMIC = 3,
+    OBJC_ASSOCIATION_RETAIN = 01401,
+    OBJC_ASSOCIATION_COPY = 01403
+} objc_AssociationPolicy;
+
+void objc_setAssociatedObject(id object, const void *key, id _Nullable value, objc_AssociationPolicy policy);
+id _Nullable objc_getAssociatedObject(id object, const void *key);
 
 #pragma clang assume_nonnull end
 

@@ -1,0 +1,12 @@
+// The overlay window's content view.
+
+#import <AppKit/AppKit.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// The content view of the overlay's layout: a plain view under a name of its
+/// own, so the layout can name it.
+@interface VantroContentView : NSView
+@end
+
+NS_ASSUME_NONNULL_END
