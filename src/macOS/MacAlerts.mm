@@ -25,12 +25,12 @@ NSAlertStyle toAlertStyle(AlertStyle style) {
 
 class MacAlerts final : public Alerts {
 public:
-    long runModal(const AlertSpec& spec) override {
+    long runModal(const AlertSpec& asked) override {
         NSAlert* alert = [[NSAlert alloc] init];
-        alert.alertStyle = toAlertStyle(spec.style);
-        alert.messageText = toNSString(spec.messageText);
-        alert.informativeText = toNSString(spec.informativeText);
-        for (const auto& title : spec.buttons) [alert addButtonWithTitle:toNSString(title)];
+        alert.alertStyle = toAlertStyle(asked.style);
+        alert.messageText = toNSString(asked.messageText);
+        alert.informativeText = toNSString(asked.informativeText);
+        for (const auto& title : asked.buttons) [alert addButtonWithTitle:toNSString(title)];
         return [alert runModal];
     }
 };
