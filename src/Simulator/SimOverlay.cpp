@@ -58,7 +58,13 @@ SimOverlayWindow::SimOverlayWindow(SimulatedMac& mac, std::string windowClass, c
     placeIconViews();
 }
 
-void SimOverlayWindow::setFrame(const Rect& frame, bool, bool) {
+void SimOverlayWindow::setFrame(const Rect& frame, bool display, bool animate) {
+    // An animated change of a shown window moves it in steps, as AppKit's
+    // animation does; the last step lands here without animation.
+    if (animate && visible_ && frame != frame_) {
+        mac_.windows().animateFrame(*this, frame, display);
+        return;
+    }
     if (frame == frame_) return;
     frame_ = frame;
     placeIconViews();
