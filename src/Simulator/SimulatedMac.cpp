@@ -62,6 +62,8 @@ void makeRemovable(const std::string& root) {
 
 }  // namespace
 
+std::unique_ptr<Platform> SimulatedMac::makePlatform() { return std::make_unique<SimPlatform>(*this); }
+
 double MacConfiguration::appKitVersionNumber() const {
     if (appKitVersion) return *appKitVersion;
     auto r = MacRelease::named(release);
@@ -108,7 +110,7 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
         return systemPreferences_->acceptsDrop(drop.url, drop.screenPoint) ? (drop.allowed & NSDragOperationCopy) : NSDragOperationNone;
     });
 
-    process_ = std::make_unique<HostProcess>(std::make_unique<SimPlatform>(*this));
+    process_ = std::make_unique<HostProcess>(makePlatform());
     HostProcess::install(process_.get());
     record("system", "macOS " + release_.name + " (" + release_.marketingName + "), AppKit " +
                          std::to_string(configuration_.appKitVersionNumber()).substr(0, 7) +

@@ -67,6 +67,10 @@ public:
     const MacConfiguration& configuration() const { return configuration_; }
     const MacRelease& release() const { return release_; }
     HostProcess& process() { return *process_; }
+    // A platform made of this Mac's components, for a process other than its
+    // own (the default process a Mac shell would make, in tests). It must
+    // not outlive this Mac.
+    std::unique_ptr<Platform> makePlatform();
 
     SimRunLoop& runLoop() { return *runLoop_; }
     SimSystem& system() { return *system_; }

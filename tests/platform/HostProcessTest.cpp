@@ -66,29 +66,6 @@ TEST(HostProcess, ConcurrentFirstRequestsForAValueMakeOne) {
     slowValueRendezvous = nullptr;
 }
 
-// A platform lent by a simulated Mac to a process that the default maker
-// makes, as the Mac shell's maker makes the real one.
-class BorrowedPlatform : public Platform {
-public:
-    explicit BorrowedPlatform(Platform& p) : p_(p) {}
-    System& system() override { return p_.system(); }
-    FileSystem& fileSystem() override { return p_.fileSystem(); }
-    RunLoop& runLoop() override { return p_.runLoop(); }
-    Defaults& defaults() override { return p_.defaults(); }
-    Bundles& bundles() override { return p_.bundles(); }
-    Log& log() override { return p_.log(); }
-    AssertionHandler& assertionHandler() override { return p_.assertionHandler(); }
-    Alerts& alerts() override { return p_.alerts(); }
-    Workspace& workspace() override { return p_.workspace(); }
-    Services& services() override { return p_.services(); }
-    Windows& windows() override { return p_.windows(); }
-    AppleEvents& appleEvents() override { return p_.appleEvents(); }
-    Dragging& dragging() override { return p_.dragging(); }
-
-private:
-    Platform& p_;
-};
-
 // On a Mac nothing is installed until the first call: concurrent first calls
 // of the shared instances, from any threads, must make one default process
 // and one instance of each.
@@ -100,7 +77,7 @@ TEST(HostProcess, ConcurrentFirstCallsOnTheDefaultProcessGiveOneSharedInstance) 
     HostProcess::setDefaultFactory([&] {
         ++made;
         rendezvous.arrive();
-        return std::make_unique<HostProcess>(std::make_unique<BorrowedPlatform>(mac.process().platform()));
+        return std::make_unique<HostProcess>(mac.makePlatform());
     });
 
     constexpr int threads = 8;
