@@ -184,14 +184,20 @@ void SimWorkspace::makeActive(const SimApplicationPtr& app, bool allWindows) {
 void SimWorkspace::postActivation(SimApplicationPtr app) {
     mac_.runLoop().dispatchAsyncMain([this, app] {
         frontSeenByHost_ = app;
-        // Registrations removed while the notification is delivered get nothing more.
-        auto snapshot = observers_;
-        for (const auto& r : snapshot) {
-            bool stillRegistered = std::any_of(observers_.begin(), observers_.end(),
-                                               [&](const Registration& live) { return live.id == r.id; });
-            if (stillRegistered) r.handler(app);
-        }
+        deliverActivation(app);
     });
+}
+
+void SimWorkspace::postActivationNotification(const RunningApplicationPtr& application) { deliverActivation(application); }
+
+void SimWorkspace::deliverActivation(const RunningApplicationPtr& application) {
+    // Registrations removed while the notification is delivered get nothing more.
+    auto snapshot = observers_;
+    for (const auto& r : snapshot) {
+        bool stillRegistered =
+            std::any_of(observers_.begin(), observers_.end(), [&](const Registration& live) { return live.id == r.id; });
+        if (stillRegistered) r.handler(application);
+    }
 }
 
 void SimWorkspace::quit(std::string_view bundleIdentifier) {

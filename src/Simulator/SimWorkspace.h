@@ -111,6 +111,11 @@ public:
     static bool isValidURL(std::string_view text);
 
     std::size_t activationObserverCount() const { return observers_.size(); }
+    // Posts the activation notification on the workspace's notification
+    // center from the host's main thread, as code in the host may: every
+    // registration receives `application` (nullptr: a notification without
+    // NSWorkspaceApplicationKey) before this returns. Nothing becomes active.
+    void postActivationNotification(const RunningApplicationPtr& application);
 
     // Called by SimRunningApplication. requestActivation is activateWithOptions:
     // sent by the host: an application already active only brings its windows
@@ -133,6 +138,7 @@ private:
     };
     void makeActive(const SimApplicationPtr& app, bool allWindows);
     void postActivation(SimApplicationPtr app);
+    void deliverActivation(const RunningApplicationPtr& application);
     SimApplicationPtr running(const SimRunningApplication& app) const;
 
     SimulatedMac& mac_;

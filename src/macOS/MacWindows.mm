@@ -42,10 +42,17 @@ bool hasClickCount(long type) { return (type >= 1 && type <= 7) || (type >= 25 &
 // Compared by address: the window wrapper's registration on its owner.
 constexpr char OwnerMessageContext[] = "MacOverlayWindow.owner.message";
 
+// A monitor's token, handed to AppKit for removal once only: AppKit does not
+// say what a second removal of the same monitor does.
 class MacEventMonitor final : public EventMonitor {
 public:
     explicit MacEventMonitor(id token) : token_(token) {}
     id token() const { return token_; }
+    void remove() {
+        if (!token_) return;
+        [NSEvent removeMonitor:token_];
+        token_ = nil;
+    }
 
 private:
     id token_;
@@ -161,7 +168,7 @@ public:
 
     void removeMonitor(const std::shared_ptr<EventMonitor>& monitor) override {
         auto* macMonitor = dynamic_cast<MacEventMonitor*>(monitor.get());
-        if (macMonitor) [NSEvent removeMonitor:macMonitor->token()];
+        if (macMonitor) macMonitor->remove();
     }
 };
 

@@ -72,6 +72,13 @@ public:
     // The assertion failures received since the harness was made, in order.
     virtual std::vector<RecordedAssertionFailure> assertionFailures() = 0;
 
+    // Posts NSWorkspaceDidActivateApplicationNotification on the shared
+    // workspace's notification center, as the system does when an application
+    // becomes active, carrying `application` under NSWorkspaceApplicationKey
+    // (no such key when it is nullptr). The registrations receive it before
+    // this returns, as with any notification posted on the main thread.
+    virtual void postActivationNotification(const RunningApplicationPtr& application) = 0;
+
     // Writes a bundle named `name`.bundle into the scratch folder: a
     // Contents/Info.plist (development region "en") and, under
     // Contents/Resources, the given files. Returns the bundle's path.

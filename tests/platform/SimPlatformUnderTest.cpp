@@ -56,6 +56,10 @@ public:
         return out;
     }
 
+    void postActivationNotification(const RunningApplicationPtr& application) override {
+        mac_.workspace().postActivationNotification(application);
+    }
+
 private:
     sim::SimulatedMac mac_;
     std::string scratch_;

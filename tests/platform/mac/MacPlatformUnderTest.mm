@@ -4,9 +4,12 @@
 // - the platform: vantro::mac::makePlatform(), installed as the current
 //   HostProcess while the harness lives;
 // - the main run loop, run with -[NSRunLoop runMode:beforeDate:] in a process
-//   set up as a Cocoa application is: NSApp exists, and the modal panel and
-//   event tracking modes are among the common modes, where the main queue is
-//   served;
+//   set up as a Cocoa application is: NSApp exists, as an accessory
+//   application (it may show windows, and has no Dock icon), and the modal
+//   panel and event tracking modes are among the common modes, where the main
+//   queue is served;
+// - activation notifications, posted on the shared workspace's notification
+//   center with the NSRunningApplication under NSWorkspaceApplicationKey;
 // - the system log: NSLog's copy on the standard error, which goes to a file
 //   while the harness lives (and on to the real standard error after);
 // - assertion failures: a handler in the main thread's dictionary under
@@ -39,6 +42,7 @@
 
 #include "../PlatformUnderTest.h"
 #include "macOS/MacPlatform.h"
+#include "macOS/MacWorkspace.h"
 
 namespace {
 
@@ -117,6 +121,8 @@ public:
         // The framework runs inside a Cocoa application, whose common modes
         // are the default, modal panel and event tracking modes.
         [NSApplication sharedApplication];
+        // The harness shows windows (the overlay's) but wants no Dock icon.
+        [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
         CFRunLoopAddCommonMode(CFRunLoopGetMain(), (__bridge CFStringRef)::NSModalPanelRunLoopMode);
         CFRunLoopAddCommonMode(CFRunLoopGetMain(), (__bridge CFStringRef)::NSEventTrackingRunLoopMode);
 
@@ -194,6 +200,14 @@ public:
     }
 
     std::vector<RecordedAssertionFailure> assertionFailures() override { return [handler_ failures]; }
+
+    void postActivationNotification(const RunningApplicationPtr &application) override {
+        NSRunningApplication *running = mac::nsRunningApplication(application);
+        NSDictionary *userInfo = running ? @{NSWorkspaceApplicationKey : running} : nil;
+        [NSWorkspace.sharedWorkspace.notificationCenter postNotificationName:NSWorkspaceDidActivateApplicationNotification
+                                                                      object:NSWorkspace.sharedWorkspace
+                                                                    userInfo:userInfo];
+    }
 
 private:
     void captureStandardError() {
