@@ -42,10 +42,11 @@ void ZVMainBundleIconImageView::beginDraggingSessionWithEvent(const Event& event
     item.contents = image_;
 
     auto session = platform.dragging().beginDraggingSession({item}, event, weak_from_this());
-    if (session) {
-        session->setAnimatesToStartingPositionsOnCancelOrFail(true);
-        session->setDraggingFormation(NSDraggingFormationNone);
-    }
+    // A drag that did not begin will never end: inDrag stays NO, or the
+    // overlay would wait for its end for ever.
+    if (!session) return;
+    session->setAnimatesToStartingPositionsOnCancelOrFail(true);
+    session->setDraggingFormation(NSDraggingFormationNone);
     setInDrag(true);
 }
 

@@ -81,8 +81,11 @@ public:
     virtual ~Dragging() = default;
 
     // NSView beginDraggingSessionWithItems:event:source:. Returns at once with
-    // the new session, which is never nullptr; the drag itself runs later in
-    // the platform's own event tracking. The source is not retained: a source
+    // the new session; the drag itself runs later in the platform's own event
+    // tracking. nullptr when no drag starts: no item has a pasteboard writer
+    // that makes a URL, or the system will not drag from the source (it is
+    // gone, or is not a view on screen) — the source is then never told of an
+    // end. The source is not retained: a source
     // that is gone when the session ends is simply not told. `event` is the
     // mouse-down that started the drag; the items' dragging frames are in the
     // coordinates of the view it was sent to.

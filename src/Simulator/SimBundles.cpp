@@ -26,6 +26,8 @@ bool isRegularFile(const fs::path& p) {
 
 }  // namespace
 
+std::string SimBundle::bundleURL() const { return SimWorkspace::directoryURL(bundlePath_); }
+
 SimBundle::SimBundle(SimulatedMac& mac, std::string bundlePath, std::string resourcesPath)
     : mac_(mac), bundlePath_(std::move(bundlePath)), resourcesPath_(std::move(resourcesPath)) {}
 

@@ -19,7 +19,7 @@ public:
     SimBundle(SimulatedMac& mac, std::string bundlePath, std::string resourcesPath);
 
     std::string bundlePath() const override { return bundlePath_; }
-    std::string bundleURL() const override { return "file://" + bundlePath_ + "/"; }
+    std::string bundleURL() const override;
     std::optional<std::string> pathForResource(std::string_view name, std::string_view type,
                                                std::optional<std::string_view> localization) const override;
     std::vector<std::string> localizations() const override;

@@ -1,5 +1,6 @@
 #include "Simulator/SimDragging.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "Simulator/SimulatedMac.h"
@@ -32,6 +33,13 @@ Rect SimDraggingSession::imageFrameOnScreen() const {
 
 std::shared_ptr<DraggingSession> SimDragging::beginDraggingSession(const std::vector<DraggingItem>& items, const Event& event,
                                                                    std::weak_ptr<DraggingSource> source) {
+    // Only an item whose pasteboard writer makes a URL can be dragged.
+    const bool draggable = std::any_of(items.begin(), items.end(),
+                                       [](const DraggingItem& item) { return SimWorkspace::isValidURL(item.pasteboardWriterURL); });
+    if (refusesDrags_ || !draggable) {
+        mac_.record("drag", draggable ? "no drag starts: AppKit refuses it" : "no drag starts: nothing can be dragged");
+        return nullptr;
+    }
     if (session_) {
         // A new drag replaces one still running, as the old one can no
         // longer be dropped.

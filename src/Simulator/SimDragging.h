@@ -57,6 +57,9 @@ public:
     std::shared_ptr<DraggingSession> beginDraggingSession(const std::vector<DraggingItem>& items, const Event& event,
                                                           std::weak_ptr<DraggingSource> source) override;
 
+    // Makes AppKit start no drag, as for a source view that is not on screen.
+    void setRefusesDrags(bool refuses) { refusesDrags_ = refuses; }
+
     // What a drop offers its target.
     struct Drop {
         // The first item's file URL.
@@ -115,6 +118,7 @@ private:
     std::shared_ptr<SimDraggingSession> session_;
     std::vector<Ended> ended_;
     int begun_ = 0;
+    bool refusesDrags_ = false;
 };
 
 }  // namespace vantro::sim

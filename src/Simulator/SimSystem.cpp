@@ -37,7 +37,7 @@ std::optional<std::string> SimSystem::userDatabaseHomeDirectory() const {
     return mac_.homeDirectory();
 }
 
-std::string SimSystem::mainBundleURL() const { return "file://" + mac_.hostBundlePath() + "/"; }
+std::string SimSystem::mainBundleURL() const { return SimWorkspace::directoryURL(mac_.hostBundlePath()); }
 
 std::shared_ptr<StaticCode> SimSystem::createStaticCodeWithPath(std::string_view url, std::uint32_t) {
     if (mac_.configuration().staticCodeCreationFails) return nullptr;

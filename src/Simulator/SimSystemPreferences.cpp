@@ -199,7 +199,7 @@ bool SimSystemPreferences::acceptsDrop(const std::string& url, Point screenPoint
         mac_.record("System Preferences", "refuses the drop: the pane is locked");
         return false;
     }
-    if (url != "file://" + mac_.hostBundlePath() + "/") return false;
+    if (url != SimWorkspace::directoryURL(mac_.hostBundlePath())) return false;
     granted_.push_back(anchor_);
     mac_.record("System Preferences", "adds " + mac_.configuration().hostName + " to the list at " + anchor_);
     if (grant_) grant_(anchor_);

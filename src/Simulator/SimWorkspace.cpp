@@ -45,6 +45,23 @@ bool SimWorkspace::isValidURL(std::string_view text) {
     return true;
 }
 
+std::string SimWorkspace::directoryURL(std::string_view path) {
+    static constexpr char hex[] = "0123456789ABCDEF";
+    std::string url = "file://";
+    for (unsigned char c : path) {
+        const bool plain = std::isalnum(c) || std::string_view("/-._~!$&'()*+,;=:@").find(static_cast<char>(c)) != std::string_view::npos;
+        if (plain) {
+            url += static_cast<char>(c);
+        } else {
+            url += '%';
+            url += hex[c >> 4];
+            url += hex[c & 0xF];
+        }
+    }
+    if (!url.ends_with('/')) url += '/';
+    return url;
+}
+
 bool SimWorkspace::openURL(std::string_view urlText) {
     std::string url(urlText);
     if (!isValidURL(url)) {

@@ -109,6 +109,10 @@ public:
     const std::vector<std::string>& openedURLs() const { return openedURLs_; }
     // NSURL URLWithString:'s test: a scheme and only characters a URL may hold.
     static bool isValidURL(std::string_view text);
+    // NSURL fileURLWithPath:isDirectory:YES's absoluteString: "file://", the
+    // path with every byte a URL path may not hold percent-encoded (spaces,
+    // '%', '#', '?', non-ASCII UTF-8 …), and a closing '/'.
+    static std::string directoryURL(std::string_view path);
 
     std::size_t activationObserverCount() const { return observers_.size(); }
     // Posts the activation notification on the workspace's notification

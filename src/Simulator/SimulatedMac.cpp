@@ -95,7 +95,7 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
 
     buildDisk();
     defaults_->setUserLanguages(configuration_.languages);
-    workspace_->install({configuration_.hostBundleIdentifier, configuration_.hostName, "file://" + hostBundle_ + "/", 0.5});
+    workspace_->install({configuration_.hostBundleIdentifier, configuration_.hostName, SimWorkspace::directoryURL(hostBundle_), 0.5});
     workspace_->host_ = workspace_->start(configuration_.hostBundleIdentifier);
     workspace_->front_ = workspace_->host_;
     workspace_->frontSeenByHost_ = workspace_->host_;

@@ -8,10 +8,10 @@
 // writer the NSURL of the item's URL, its frame the item's and its contents
 // the view's image; the session's settings passed on to the NSDraggingSession,
 // which is kept until the source is told the drag ended. Main thread.
-// Known gaps: a source without a live Objective-C view, a view that has had
-// no mouse-down, items whose URLs do not parse, and a drag AppKit refuses to
-// start all give an inert session that only records its settings; nothing
-// is dragged and the source is never told of an end.
+// No session (nullptr) when there is nothing AppKit can drag from or with: a
+// source without a live Objective-C view, a view that has had no mouse-down,
+// no item whose URL parses, or AppKit answering no session.
+// Known gaps: none.
 
 #include <memory>
 #include <vector>
@@ -23,18 +23,6 @@
 namespace vantro::mac {
 
 namespace {
-
-class InertDraggingSession final : public DraggingSession {
-public:
-    void setAnimatesToStartingPositionsOnCancelOrFail(bool animates) override { animates_ = animates; }
-    bool animatesToStartingPositionsOnCancelOrFail() const override { return animates_; }
-    void setDraggingFormation(long formation) override { formation_ = formation; }
-    long draggingFormation() const override { return formation_; }
-
-private:
-    bool animates_ = true;
-    long formation_ = NSDraggingFormationDefault;
-};
 
 class MacDraggingSession final : public DraggingSession {
 public:
@@ -93,20 +81,21 @@ public:
         std::shared_ptr<DraggingSource> liveSource = source.lock();
         ZVIconImageViewTwin* view = liveSource ? viewFor(liveSource.get()) : nil;
         NSEvent* mouseDown = view ? draggingEventOf(view) : nil;
-        if (!mouseDown) return std::make_shared<InertDraggingSession>();
+        if (!mouseDown) return nullptr;
 
         NSMutableArray<NSDraggingItem*>* draggingItems = [NSMutableArray arrayWithCapacity:items.size()];
         for (const DraggingItem& item : items) {
-            NSURL* url = [NSURL URLWithString:toNSString(item.pasteboardWriterURL)];
+            NSURL* url = item.pasteboardWriterURL.empty() ? nil : [NSURL URLWithString:toNSString(item.pasteboardWriterURL)];
             if (!url) continue;
             NSDraggingItem* draggingItem = [[NSDraggingItem alloc] initWithPasteboardWriter:url];
             [draggingItem setDraggingFrame:toNSRect(item.draggingFrame) contents:view.image];
             [draggingItems addObject:draggingItem];
         }
-        if (draggingItems.count == 0) return std::make_shared<InertDraggingSession>();
+        // A drag needs at least one item to carry.
+        if (draggingItems.count == 0) return nullptr;
 
         NSDraggingSession* session = [view beginDraggingSessionWithItems:draggingItems event:mouseDown source:view];
-        if (!session) return std::make_shared<InertDraggingSession>();
+        if (!session) return nullptr;
         auto twin = std::make_shared<MacDraggingSession>(session);
         runningSessions().push_back({session, twin});
         return twin;

@@ -193,6 +193,31 @@ TEST_F(IconView, DropTargetIsOfferedTheMainBundleWithEveryOperationAllowed) {
     EXPECT_FALSE(mac.dragging().cancel());
 }
 
+TEST_F(IconView, ADragThatDoesNotBeginLeavesInDragNo) {
+    InDragRecorder recorder;
+    view->addObserver(recorder, "inDrag", ObservingOptionNone, recorderContext);
+    mac.dragging().setRefusesDrags(true);
+    EventScript refused{{dragged()}};
+    view->mouseDown(down(), refused.source());
+    EXPECT_FALSE(mac.dragging().isDragging());
+    EXPECT_FALSE(view->inDrag()) << "a drag that never began never ends: YES would hold the overlay for ever";
+    EXPECT_TRUE(recorder.seen.empty());
+
+    // Nothing is left over: the next drag the system allows begins as usual.
+    mac.dragging().setRefusesDrags(false);
+    EventScript allowed{{dragged()}};
+    view->mouseDown(down(), allowed.source());
+    EXPECT_TRUE(mac.dragging().isDragging());
+    EXPECT_EQ(recorder.seen, (std::vector<bool>{true}));
+    mac.dragging().cancel();
+    EXPECT_EQ(recorder.seen, (std::vector<bool>{true, false}));
+    view->removeObserver(recorder, "inDrag", recorderContext);
+
+    // Items none of which makes a URL cannot be dragged at all.
+    for (const char* url : {"", "not a url"})
+        EXPECT_EQ(mac.dragging().beginDraggingSession({{url, {{0, 0}, {4, 4}}, "icon"}}, down(), view), nullptr) << url;
+}
+
 TEST_F(IconView, ViewGoneDuringADragIsNotTold) {
     EventScript script{{dragged()}};
     view->mouseDown(down(), script.source());

@@ -65,6 +65,10 @@ TEST_F(BundlesContract, ABundleIsAFolderWithItsLocalizationsInLprojFolders) {
     EXPECT_TRUE(pane->bundlePath().ends_with("/Pane.bundle")) << pane->bundlePath();
     EXPECT_TRUE(pane->bundleURL().starts_with("file://")) << pane->bundleURL();
     EXPECT_TRUE(pane->bundleURL().ends_with("/Pane.bundle/")) << pane->bundleURL();
+    // The URL is a URL: what a path may hold and a URL may not is percent-encoded.
+    auto spaced = bundles.bundleWithPath(put->makeBundle("Pane 100% #1", {}));
+    ASSERT_NE(spaced, nullptr);
+    EXPECT_TRUE(spaced->bundleURL().ends_with("/Pane%20100%25%20%231.bundle/")) << spaced->bundleURL();
 
     EXPECT_EQ(bundles.bundleWithPath(put->scratchDirectory() + "/Missing.bundle"), nullptr);
     EXPECT_EQ(bundles.bundleWithPath(write("plain", "not a bundle")), nullptr);
