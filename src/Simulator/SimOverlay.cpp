@@ -68,7 +68,19 @@ void SimOverlayWindow::setFrame(const Rect& frame, bool display, bool animate) {
     if (frame == frame_) return;
     frame_ = frame;
     placeIconViews();
-    if (visible_) mac_.record("overlay", "moves to " + describe(frame_));
+    if (!visible_) return;
+    mac_.record("overlay", "moves to " + describe(frame_));
+    if (display) {
+        displayedFrame_ = frame_;
+    } else if (!displayPending_) {
+        displayPending_ = true;
+        mac_.runLoop().dispatchAsyncMain([weak = weak_from_this()] {
+            auto self = weak.lock();
+            if (!self || !self->displayPending_) return;
+            self->displayPending_ = false;
+            if (self->visible_) self->displayedFrame_ = self->frame_;
+        });
+    }
 }
 
 void SimOverlayWindow::placeIconViews() {
@@ -89,6 +101,8 @@ void SimOverlayWindow::placeIconViews() {
 void SimOverlayWindow::orderFront() {
     if (visible_) return;
     visible_ = true;
+    displayedFrame_ = frame_;
+    displayPending_ = false;
     mac_.record("overlay", "shown at " + describe(frame_));
     didChangeValueForKey("visible");
 }

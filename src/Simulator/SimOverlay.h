@@ -96,6 +96,11 @@ public:
     void orderOut() override;
     bool isVisible() const override { return visible_; }
     Rect frame() const override { return frame_; }
+    // The frame the window's contents were last drawn for. Ordering the
+    // window in and setFrame:display:YES draw at once; a frame set with
+    // display NO is drawn by the next display cycle, at the end of the main
+    // run loop's pass, and until then the screen shows the old drawing.
+    Rect displayedFrame() const { return displayedFrame_; }
     long level() const override { return level_; }
     Color backgroundColor() const override { return background_; }
 
@@ -147,6 +152,8 @@ private:
     OverlayNib layout_;
     unsigned long requestedStyleMask_;
     Rect frame_;
+    Rect displayedFrame_;
+    bool displayPending_ = false;
     long level_ = 0;
     Color background_{0.925, 0.925, 0.925, 1};
     bool visible_ = false;

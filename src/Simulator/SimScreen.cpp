@@ -184,7 +184,7 @@ bool renderScreen(SimulatedMac& mac, const ScreenContents& contents, const std::
     }
     if (contents.overlay) {
         if (auto* window = simOverlayWindow(*contents.overlay); window && window->isVisible()) {
-            Rect f = window->frame();
+            Rect f = window->displayedFrame();
             renderOverlay(cr, *window, *contents.overlay, {f.origin.x, screen.size.height - f.maxY()});
         }
     }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "Simulator/SimOverlay.h"
 #include "support/GuideFixture.h"
 #include "support/TemporaryResources.h"
 
@@ -128,6 +129,8 @@ TEST_F(OverlayPlacement, TheOverlayJumpsToTheSettingsWindowAtOnce) {
     // No animation: no time passes and the overlay makes one move.
     EXPECT_EQ(mac.now(), before);
     EXPECT_EQ(overlay()->frame(), (Rect{{200, 900 - (80 + 580 + 110)}, {668, 690}}));
+    EXPECT_EQ(sim::simOverlayWindow(*guide->windowController())->displayedFrame(), overlay()->frame())
+        << "drawn at its new place before the main loop goes on";
     EXPECT_EQ(mac.timeline().matching("moves to", "overlay").size(), movesBefore + 1);
 }
 

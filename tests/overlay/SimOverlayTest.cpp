@@ -136,6 +136,26 @@ TEST(SimOverlayWindow, AnnouncesVisibleOnEachChangeAndWritesTheTimeline) {
     window->removeObserver(recorder, "visible", visibleContext);
 }
 
+TEST(SimOverlayWindow, AShownWindowIsRedrawnAtOnceOnlyWhenAskedToDisplay) {
+    SimulatedMac mac;
+    auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
+    auto* window = simOverlayWindow(*controller);
+    ASSERT_TRUE(window);
+    const Rect first{{100, 160}, {668, 690}}, second{{120, 100}, {700, 700}}, third{{0, 0}, {500, 500}};
+    window->setFrame(first, false, false);
+    window->orderFront();
+    EXPECT_EQ(window->displayedFrame(), first) << "ordering in draws the window";
+
+    window->setFrame(second, false, false);
+    EXPECT_EQ(window->frame(), second);
+    EXPECT_EQ(window->displayedFrame(), first) << "without display the old drawing stays for now";
+    mac.runLoop().runOnePass();
+    EXPECT_EQ(window->displayedFrame(), second) << "the next display cycle draws it";
+
+    window->setFrame(third, true, false);
+    EXPECT_EQ(window->displayedFrame(), third);
+}
+
 TEST(SimOverlayWindow, ViewsFollowTheWindowsFrame) {
     SimulatedMac mac;
     auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
