@@ -46,7 +46,7 @@ int runList(Arguments args, std::ostream& out) {
     list.show();
     auto rows = list.rows();
 
-    out << "macOS " << mac.release().name << " (" << mac.release().marketingName << "), AppKit " << std::fixed
+    out << mac.release().title() << ", AppKit " << std::fixed
         << std::setprecision(2) << mac.configuration().appKitVersionNumber()
         << (configuration.sandboxed ? ", sandboxed host" : "") << "\n";
     out << "requested: ";

@@ -109,7 +109,7 @@ int runStatus(Arguments args, std::ostream& out) {
         out << "]\n";
         return ExitOK;
     }
-    out << "macOS " << mac.release().name << " (" << mac.release().marketingName << "), AppKit "
+    out << mac.release().title() << ", AppKit "
         << std::fixed << std::setprecision(2) << mac.configuration().appKitVersionNumber()
         << (configuration.sandboxed ? ", sandboxed host" : "") << "\n\n";
     out << std::left << std::setw(28) << "IDENTIFIER" << std::setw(20) << "STATUS" << "REQUEST TYPE\n";

@@ -49,6 +49,7 @@ const char* usage =
     "  --help    prints this text\n"
     "\n"
     "VERSION is one of 10.9 10.10 10.11 10.12 10.13 10.14 10.15 11 12 13 14 15\n"
+    "26 27 "
     "(default 10.15).\n";
 
 }  // namespace

@@ -18,6 +18,8 @@ struct MacRelease {
     OperatingSystemVersion systemVersion;
     // From 13 the application is called "System Settings".
     bool hasSystemSettings() const { return systemVersion.majorVersion >= 13; }
+    // "macOS 14 (Sonoma)"; "macOS 27" while a release has no name here.
+    std::string title() const { return "macOS " + name + (marketingName.empty() ? "" : " (" + marketingName + ")"); }
 
     static const std::vector<MacRelease>& all();
     // The release of that name ("10.14", "11", "15"); nullopt for an unknown one.

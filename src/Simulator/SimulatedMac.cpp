@@ -112,7 +112,7 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
 
     process_ = std::make_unique<HostProcess>(makePlatform());
     HostProcess::install(process_.get());
-    record("system", "macOS " + release_.name + " (" + release_.marketingName + "), AppKit " +
+    record("system", release_.title() + ", AppKit " +
                          std::to_string(configuration_.appKitVersionNumber()).substr(0, 7) +
                          (configuration_.sandboxed ? ", sandboxed host " : ", host ") + configuration_.hostName);
 }

@@ -71,4 +71,11 @@ inline constexpr char IsOverlayShownContext[] = "isOverlayShown";
 // gate is tested (strictly greater than 1265, 1561 or 1671).
 double flooredAppKitVersion();
 
+// The whole AppKit version numbers of the first releases on which the
+// framework does something other than on earlier ones: macOS 13, whose
+// settings application is System Settings, and macOS 14, whose EventKit asks
+// for full access. Gates on them test "at least".
+inline constexpr double NSAppKitVersionNumber13_0 = 2299;
+inline constexpr double NSAppKitVersionNumber14_0 = 2487;
+
 }  // namespace vantro
