@@ -23,6 +23,9 @@ inline constexpr long ServiceAuthorizationStatusNotDetermined = 0;
 inline constexpr long ServiceAuthorizationStatusRestricted = 1;
 inline constexpr long ServiceAuthorizationStatusDenied = 2;
 inline constexpr long ServiceAuthorizationStatusAuthorized = 3;
+// EKAuthorizationStatusWriteOnly (macOS 14 on): events may be added, none read.
+// From 14 EKAuthorizationStatusAuthorized is called FullAccess.
+inline constexpr long EKAuthorizationStatusWriteOnly = 4;
 
 // kCFURLBookmarkResolutionWithoutUIMask.
 inline constexpr unsigned long kCFURLBookmarkResolutionWithoutUIMask = 256;
@@ -85,6 +88,9 @@ public:
     // [NSClassFromString(className) respondsToSelector:selector] for a class
     // operation; false when the class does not exist.
     virtual bool classRespondsToSelector(std::string_view className, std::string_view selector) = 0;
+    // [NSClassFromString(className) instancesRespondToSelector:selector] for an
+    // instance operation; false when the class does not exist.
+    virtual bool classInstancesRespondToSelector(std::string_view className, std::string_view selector) = 0;
 
     // +[EKEventStore authorizationStatusForEntityType:].
     virtual long eventStoreAuthorizationStatus(long entityType) = 0;
@@ -94,6 +100,12 @@ public:
     // when there is none) on a system queue.
     virtual void requestEventStoreAccess(long entityType,
                                          std::function<void(bool granted, const PlatformError* error)> completion) = 0;
+    // -[EKEventStore requestFullAccessToEventsWithCompletion:] for events,
+    // requestFullAccessToRemindersWithCompletion: for reminders (macOS 14 on),
+    // on an event store made for this request alone; only after
+    // classInstancesRespondToSelector said yes. Like requestEventStoreAccess.
+    virtual void requestFullEventStoreAccess(long entityType,
+                                             std::function<void(bool granted, const PlatformError* error)> completion) = 0;
 
     // +[className authorizationStatusForEntityType:], for "CNAuthorization" or
     // "CNContactStore"; only after classRespondsToSelector said yes.

@@ -75,6 +75,7 @@ private:
 };
 
 SimServices::SimServices(SimulatedMac& mac) : mac_(mac) {
+    availability_.eventStoreFullAccess = releaseAtLeast(mac, 14, 0);
     availability_.contactStore = releaseAtLeast(mac, 10, 11);
     availability_.photoLibrary = releaseAtLeast(mac, 10, 13);
     availability_.photosPrivacy.classExists = isMojave(mac);
@@ -124,6 +125,17 @@ bool SimServices::classRespondsToSelector(std::string_view className, std::strin
     return false;
 }
 
+bool SimServices::classInstancesRespondToSelector(std::string_view className, std::string_view selector) {
+    if (!classExists(className)) return false;
+    if (className == "EKEventStore") {
+        if (selector == "requestFullAccessToEventsWithCompletion:" || selector == "requestFullAccessToRemindersWithCompletion:")
+            return availability_.eventStoreFullAccess;
+        return selector == "requestAccessToEntityType:completion:";
+    }
+    if (className == "CNContactStore") return selector == "requestAccessForEntityType:completionHandler:";
+    return false;
+}
+
 void SimServices::requestService(PromptedService service, std::function<void(bool granted)> answer) {
     auto& privacy = mac_.privacy();
     auto name = std::string(SimPrivacy::serviceName(service));
@@ -162,8 +174,26 @@ void SimServices::requestEventStoreAccess(long entityType,
         });
         return;
     }
+    if (availability_.eventStoreFullAccess) {
+        // The error's code is unconfirmed; its domain is EventKit's.
+        mac_.record("system", "EventKit answers the old request at once, without asking: not granted");
+        mac_.runLoop().dispatchOnSystemQueue(0, [completion] {
+            PlatformError error{"EKErrorDomain", 0, nullptr};
+            completion(false, &error);
+        });
+        return;
+    }
     auto service = entityType == EKEntityTypeEvent ? PromptedService::Calendars : PromptedService::Reminders;
     requestService(service, [completion](bool granted) { completion(granted, nullptr); });
+}
+
+void SimServices::requestFullEventStoreAccess(long entityType,
+                                              std::function<void(bool granted, const PlatformError* error)> completion) {
+    const bool events = entityType == EKEntityTypeEvent;
+    send(events ? "EKEventStore requestFullAccessToEventsWithCompletion:"
+                : "EKEventStore requestFullAccessToRemindersWithCompletion:");
+    requestService(events ? PromptedService::Calendars : PromptedService::Reminders,
+                   [completion](bool granted) { completion(granted, nullptr); });
 }
 
 long SimServices::contactsAuthorizationStatus(std::string_view className, long entityType) {

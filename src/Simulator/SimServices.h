@@ -18,7 +18,11 @@ class SimulatedMac;
 // by a test:
 //
 // - EventKit on every release. Requests raise the system's prompt while the
-//   service is undecided; the answer arrives on a system queue.
+//   service is undecided; the answer arrives on a system queue. From macOS 14
+//   the full-access requests are the ones that ask: the request of earlier
+//   systems answers at once, without asking, not granted and with an error,
+//   as it does for an application built with a current SDK (the host always
+//   is here).
 // - Contacts' CNContactStore from 10.11; CNAuthorization only when a test adds
 //   it (it is not known which releases carry it). The address book on every
 //   release: before the user has answered, asking for it raises the prompt and
@@ -39,9 +43,12 @@ public:
     // Services
     bool classExists(std::string_view className) override;
     bool classRespondsToSelector(std::string_view className, std::string_view selector) override;
+    bool classInstancesRespondToSelector(std::string_view className, std::string_view selector) override;
     long eventStoreAuthorizationStatus(long entityType) override;
     void requestEventStoreAccess(long entityType,
                                  std::function<void(bool granted, const PlatformError* error)> completion) override;
+    void requestFullEventStoreAccess(long entityType,
+                                     std::function<void(bool granted, const PlatformError* error)> completion) override;
     long contactsAuthorizationStatus(std::string_view className, long entityType) override;
     void requestContactsAccess(long entityType,
                                std::function<void(bool granted, const PlatformError* error)> completion) override;
@@ -72,6 +79,7 @@ public:
     enum class LibraryPreference { Absent, ValidBookmark, UnresolvableBookmark, NotData };
 
     struct Availability {
+        bool eventStoreFullAccess = false;   // EventKit's full-access requests, 14 on
         bool contactStore = false;           // CNContactStore, 10.11 on
         bool contactsAuthorization = false;  // CNAuthorization
         bool contactsAuthorizationAnswersStatus = true;

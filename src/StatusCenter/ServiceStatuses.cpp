@@ -18,6 +18,23 @@ PrivacyAuthorizationStatus statusForServiceCode(long code) {
 
 bool isAtLeastElCapitan() { return platform().system().isOperatingSystemAtLeastVersion({10, 11, 0}); }
 
+bool isAtLeastSonoma() { return flooredAppKitVersion() >= NSAppKitVersionNumber14_0; }
+
+// EventKit's codes. From macOS 14 the user may let an application add events
+// without reading any (write only). Calendars and Reminders here mean reading
+// them as well, which that access does not allow and which only the user can
+// widen, in System Settings: it reads as a refusal. Before 14 no such code
+// exists, and a code a later system adds reads as not determined.
+PrivacyAuthorizationStatus statusForEventStoreCode(long code) {
+    if (code == EKAuthorizationStatusWriteOnly && isAtLeastSonoma()) return PrivacyAuthorizationStatusDenied;
+    return statusForServiceCode(code);
+}
+
+std::string_view fullAccessRequest(long entityType) {
+    return entityType == EKEntityTypeReminder ? "requestFullAccessToRemindersWithCompletion:"
+                                              : "requestFullAccessToEventsWithCompletion:";
+}
+
 constexpr std::string_view statusForEntityType = "authorizationStatusForEntityType:";
 
 }  // namespace
@@ -39,11 +56,11 @@ void VantroRequestStatusCenter::requestFullDiskAccessAuthorization(bool silent) 
 }
 
 PrivacyAuthorizationStatus VantroRequestStatusCenter::calendarsAuthorizationStatus() {
-    return statusForServiceCode(platform().services().eventStoreAuthorizationStatus(EKEntityTypeEvent));
+    return statusForEventStoreCode(platform().services().eventStoreAuthorizationStatus(EKEntityTypeEvent));
 }
 
 PrivacyAuthorizationStatus VantroRequestStatusCenter::remindersAuthorizationStatus() {
-    return statusForServiceCode(platform().services().eventStoreAuthorizationStatus(EKEntityTypeReminder));
+    return statusForEventStoreCode(platform().services().eventStoreAuthorizationStatus(EKEntityTypeReminder));
 }
 
 void VantroRequestStatusCenter::requestCalendarsAuthorization(bool silent) {
@@ -55,16 +72,26 @@ void VantroRequestStatusCenter::requestRemindersAuthorization(bool silent) {
 }
 
 void VantroRequestStatusCenter::requestEventStoreAccess(long entityType, PrivacyCategoryIdentifier identifier, bool silent) {
+    auto& services = platform().services();
     auto* runLoop = &platform().runLoop();
     // The answer comes on a queue of the system's choosing: it touches nothing
     // until it is back on the main queue, and keeps the status center alive
     // until then.
-    platform().services().requestEventStoreAccess(
-        entityType, [self = retainedSelf(), runLoop, identifier, silent](bool granted, const PlatformError*) {
-            runLoop->dispatchAsyncMain([self, identifier, granted, silent] {
-                if (!granted && !silent) self->alertOpenPrivacyPreferences(identifier);
-            });
+    auto answer = [self = retainedSelf(), runLoop, identifier, silent](bool granted, const PlatformError*) {
+        runLoop->dispatchAsyncMain([self, identifier, granted, silent] {
+            if (!granted && !silent) self->alertOpenPrivacyPreferences(identifier);
         });
+    };
+    // From macOS 14 the request of earlier systems no longer asks the user:
+    // for an application built with a current SDK it answers at once with an
+    // error, and the user would see the refusal alert without ever being
+    // asked. There the full-access request, found at run time, is the one
+    // that asks.
+    if (isAtLeastSonoma() && services.classInstancesRespondToSelector("EKEventStore", fullAccessRequest(entityType))) {
+        services.requestFullEventStoreAccess(entityType, std::move(answer));
+        return;
+    }
+    services.requestEventStoreAccess(entityType, std::move(answer));
 }
 
 PrivacyAuthorizationStatus VantroRequestStatusCenter::contactsAuthorizationStatus() {

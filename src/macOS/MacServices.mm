@@ -1,6 +1,7 @@
 // Services on the real Mac.
 //
-// Implements: EventKit's EKEventStore, Contacts' CNAuthorization and
+// Implements: EventKit's EKEventStore (the request of every release and,
+// from macOS 14, the full-access requests), Contacts' CNAuthorization and
 // CNContactStore, and AddressBook's ABAddressBook, each found by name at run
 // time (the framework links none of them: the framework that owns a class is
 // loaded from its bundle path, once, the first time the class is asked for);
@@ -14,10 +15,7 @@
 // and are handed on from a global queue, never on the requester's stack nor
 // the main thread, whatever the system did: the core hops to the main queue.
 // Known gaps: the error passed to a completion keeps its domain and code but
-// not its description (the framework reads neither). On macOS 14 and later
-// requestAccessToEntityType:completion: no longer asks the user and answers
-// at once with an error; which request to make there is the core's choice,
-// and the seam offers only this one so far.
+// not its description (the framework reads neither).
 
 #import <AddressBook/AddressBook.h>
 #import <ApplicationServices/ApplicationServices.h>
@@ -158,6 +156,11 @@ public:
         return found && [found respondsToSelector:NSSelectorFromString(toNSString(selector))];
     }
 
+    bool classInstancesRespondToSelector(std::string_view className, std::string_view selector) override {
+        Class found = classNamed(toNSString(className));
+        return found && [found instancesRespondToSelector:NSSelectorFromString(toNSString(selector))];
+    }
+
     long eventStoreAuthorizationStatus(long entityType) override {
         Class store = classNamed(@"EKEventStore");
         if (![store respondsToSelector:@selector(authorizationStatusForEntityType:)]) return 0;
@@ -175,6 +178,23 @@ public:
           answer(granted, error);
         };
         [store requestAccessToEntityType:static_cast<EKEntityType>(entityType) completion:handler];
+    }
+
+    void requestFullEventStoreAccess(long entityType,
+                                     std::function<void(bool granted, const PlatformError* error)> completion) override {
+        Class storeClass = classNamed(@"EKEventStore");
+        if (!storeClass) return;
+        EKEventStore* store = [[storeClass alloc] init];
+        auto answer = completionFor(std::move(completion));
+        EKEventStoreRequestAccessCompletionHandler handler = ^(BOOL granted, NSError* _Nullable error) {
+          answer(granted, error);
+        };
+        // The core asks only where the store answers the request; the check
+        // keeps the compiler's availability rules for a 10.13 deployment.
+        if (@available(macOS 14.0, *)) {
+            if (entityType == EKEntityTypeReminder) [store requestFullAccessToRemindersWithCompletion:handler];
+            else [store requestFullAccessToEventsWithCompletion:handler];
+        }
     }
 
     long contactsAuthorizationStatus(std::string_view className, long entityType) override {

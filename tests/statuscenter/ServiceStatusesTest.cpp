@@ -263,6 +263,70 @@ TEST(ServiceStatuses, EventKitRequestsAlertOnlyWhenRefusedAndLoud) {
     }
 }
 
+TEST(ServiceStatuses, FromSonomaCalendarsAndRemindersAskForFullAccess) {
+    struct Case {
+        const char* release;
+        bool reminders;
+        bool fullAccessRequestExists;
+        PromptAnswer answer;
+        std::string sent;
+        std::vector<std::string> alerts;
+    } cases[] = {
+        {"13", false, false, PromptAnswer::deny(), "EKEventStore requestAccessToEntityType: 0", {"Privacy_Calendars"}},
+        {"14", false, true, PromptAnswer::allow(), "EKEventStore requestFullAccessToEventsWithCompletion:", {}},
+        {"14", true, true, PromptAnswer::deny(), "EKEventStore requestFullAccessToRemindersWithCompletion:", {"Privacy_Reminders"}},
+        {"26", false, true, PromptAnswer::deny(), "EKEventStore requestFullAccessToEventsWithCompletion:", {"Privacy_Calendars"}},
+        // Without the full-access request the old one is all there is.
+        {"14", true, false, PromptAnswer::allow(), "EKEventStore requestAccessToEntityType: 1", {}},
+    };
+    for (const auto& c : cases) {
+        const std::string name = std::string(c.release) + (c.reminders ? " reminders" : " calendars");
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release});
+        mac.services().availability().eventStoreFullAccess = c.fullAccessRequestExists;
+        mac.privacy().answerNextPrompt(c.answer);
+        auto center = std::make_shared<AlertRecordingCenter>();
+        if (c.reminders) center->requestRemindersAuthorization(false);
+        else center->requestCalendarsAuthorization(false);
+        mac.runUntilIdle(30);
+        EXPECT_EQ(mac.privacy().prompts().size(), 1u) << name << ": the user is asked";
+        EXPECT_EQ(mac.services().count(c.sent), 1u) << name;
+        std::vector<std::string> alerts;
+        for (const auto& a : center->alerts) alerts.push_back(a.identifier);
+        EXPECT_EQ(alerts, c.alerts) << name;
+    }
+
+    // The request of earlier systems, made on 14, asks nobody and is refused
+    // at once: what the full-access request spares the user.
+    sim::SimulatedMac mac(sim::MacConfiguration{.release = "14"});
+    std::optional<bool> granted;
+    std::string domain;
+    mac.services().requestEventStoreAccess(EKEntityTypeEvent, [&](bool g, const PlatformError* error) {
+        granted = g;
+        if (error) domain = error->domain;
+    });
+    mac.runUntilIdle(30);
+    EXPECT_EQ(granted, std::optional<bool>(false));
+    EXPECT_EQ(domain, "EKErrorDomain");
+    EXPECT_TRUE(mac.privacy().prompts().empty());
+}
+
+TEST(ServiceStatuses, WriteOnlyEventAccessReadsAsARefusalFromSonoma) {
+    struct Case {
+        const char* release;
+        long code;
+        PrivacyAuthorizationStatus status;
+    } cases[] = {{"13", 4, 0}, {"14", 4, 1}, {"27", 4, 1}, {"14", 3, 2}, {"14", 2, 1}, {"14", 1, 0}, {"14", 5, 0}};
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release});
+        mac.services().availability().eventStoreStatus = c.code;
+        mac.services().availability().contactsStatus = c.code;
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        EXPECT_EQ(center->calendarsAuthorizationStatus(), c.status) << c.release << " code " << c.code;
+        EXPECT_EQ(center->remindersAuthorizationStatus(), c.status) << c.release << " code " << c.code;
+        EXPECT_EQ(center->contactsAuthorizationStatus(), c.code == 4 ? 0 : c.status) << "Contacts keep their mapping";
+    }
+}
+
 TEST(ServiceStatuses, APendingAnswerKeepsTheStatusCenterAlive) {
     // Records its alerts outside itself, so they can be read once it is gone.
     class Center : public VantroRequestStatusCenter {
