@@ -1,7 +1,9 @@
 #include "Platform/Value.h"
 
 #include <cctype>
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <sstream>
 
 namespace vantro {
@@ -15,6 +17,19 @@ double scanNumber(const std::string& s) {
     char* end = nullptr;
     double d = std::strtod(begin, &end);
     return end == begin ? 0.0 : d;
+}
+
+// A real as a 64-bit integer: truncated toward zero, clamped to the range
+// (infinities included), NaN as 0 — a conversion outside the range would be
+// undefined, and a file or a window description may hold any real.
+std::int64_t clampedInteger(double d) {
+    using Limits = std::numeric_limits<std::int64_t>;
+    if (std::isnan(d)) return 0;
+    // 2^63 is exactly representable; every double below it converts.
+    constexpr double twoTo63 = 9223372036854775808.0;
+    if (d >= twoTo63) return Limits::max();
+    if (d < -twoTo63) return Limits::min();
+    return static_cast<std::int64_t>(d);
 }
 
 std::int64_t scanInteger(const std::string& s) {
@@ -33,7 +48,7 @@ std::int64_t Value::integerValue() const {
     switch (type()) {
     case Type::Boolean: return (*std::get_if<bool>(&storage_)) ? 1 : 0;
     case Type::Integer: return (*std::get_if<std::int64_t>(&storage_));
-    case Type::Real: return static_cast<std::int64_t>((*std::get_if<double>(&storage_)));
+    case Type::Real: return clampedInteger(*std::get_if<double>(&storage_));
     case Type::String: return scanInteger((*std::get_if<std::string>(&storage_)));
     default: return 0;
     }

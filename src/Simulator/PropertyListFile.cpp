@@ -2,6 +2,8 @@
 
 #include <plist/plist.h>
 
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -12,6 +14,48 @@
 namespace vantro::sim {
 
 namespace {
+
+// Deeper nesting is refused: reading a tree into Values, and destroying
+// them, recurse once per level. No property list of the system or of the
+// framework comes near it; CFPropertyList's own limit is not documented.
+constexpr int maximumDepth = 512;
+
+bool withinDepth(plist_t node, int depth) {
+    if (depth > maximumDepth) return false;
+    switch (plist_get_node_type(node)) {
+    case PLIST_ARRAY:
+        for (uint32_t i = 0; i < plist_array_get_size(node); ++i)
+            if (!withinDepth(plist_array_get_item(node, i), depth + 1)) return false;
+        return true;
+    case PLIST_DICT: {
+        plist_dict_iter it = nullptr;
+        plist_dict_new_iter(node, &it);
+        bool within = true;
+        for (plist_t item = nullptr; within;) {
+            // No key is read here: see holdsNul.
+            plist_dict_next_item(node, it, nullptr, &item);
+            if (!item) break;
+            within = withinDepth(item, depth + 1);
+        }
+        free(it);
+        return within;
+    }
+    default: return true;
+    }
+}
+
+// Whether a string or a key of the tree holds a NUL character. libplist
+// stops the process when asked for such a string's or key's text, so a tree
+// with one is refused before any is read; its XML rendering carries every
+// string and key whole.
+bool holdsNul(plist_t root) {
+    char* xml = nullptr;
+    uint32_t length = 0;
+    plist_to_xml(root, &xml, &length);
+    const bool found = xml && std::memchr(xml, '\0', length) != nullptr;
+    if (xml) plist_to_xml_free(xml);
+    return found;
+}
 
 Value fromNode(plist_t node) {
     switch (plist_get_node_type(node)) {
@@ -106,8 +150,13 @@ std::optional<Value> PropertyListFile::parse(std::string_view bytes) {
                           head.find("<plist") != std::string_view::npos;
     if (looksLikePlist) {
         plist_t root = nullptr;
+        if (bytes.size() > UINT32_MAX) return std::nullopt;
         plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
         if (!root) return std::nullopt;
+        if (!withinDepth(root, 0) || holdsNul(root)) {
+            plist_free(root);
+            return std::nullopt;
+        }
         Value value = fromNode(root);
         plist_free(root);
         return value;

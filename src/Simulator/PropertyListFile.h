@@ -9,7 +9,9 @@
 namespace vantro::sim {
 
 // Reads property lists with libplist (XML and binary), and falls back to the
-// strings format that dictionaryWithContentsOfFile: also accepts.
+// strings format that dictionaryWithContentsOfFile: also accepts. A list
+// nested more than 512 levels deep, or with a NUL character in a string or
+// key, is not read (nullopt).
 class PropertyListFile {
 public:
     static std::optional<Value> parse(std::string_view bytes);

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <string_view>
+
 #include "Simulator/PropertyListFile.h"
 #include "Simulator/StringsFile.h"
 
@@ -60,6 +63,42 @@ TEST(PropertyListFile, ReadsXMLPlistsAndFallsBackToStrings) {
     EXPECT_TRUE(PropertyListFile::parse("\"a\" = \"b\";").has_value());
     EXPECT_FALSE(PropertyListFile::parse("<?xml version=\"1.0\"?><plist><dict><key>").has_value());
     EXPECT_FALSE(PropertyListFile::parse("not a plist").has_value());
+}
+
+TEST(PropertyListFile, RefusesWhatWouldStopTheProcess) {
+    using namespace std::string_view_literals;
+    // Binary lists whose strings or keys hold a NUL character.
+    struct Case {
+        const char* name;
+        std::string_view bytes;
+        bool refused;
+    } cases[] = {
+        {"UTF-16 value",
+         "\x62\x70\x6c\x69\x73\x74\x30\x30\xd1\x01\x02\x51\x6b\x63\x00\xe9\x00\x00\x00\x79\x08\x0b\x0d\x00\x00\x00\x00\x00\x00"
+         "\x01\x01\x00\x00\x00\x00\x00\x00\x00\x03\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x14"sv,
+         true},
+        {"UTF-16 key",
+         "\x62\x70\x6c\x69\x73\x74\x30\x30\xd1\x01\x02\x63\x00\xe9\x00\x00\x00\x62\x51\x76\x08\x0b\x12\x00\x00\x00\x00\x00\x00"
+         "\x01\x01\x00\x00\x00\x00\x00\x00\x00\x03\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x14"sv,
+         true},
+        // libplist cuts an ASCII string at its NUL: what is left is read.
+        {"ASCII key",
+         "\x62\x70\x6c\x69\x73\x74\x30\x30\xd1\x01\x02\x53\x61\x00\x62\x51\x76\x08\x0b\x0f\x00\x00\x00\x00\x00\x00\x01\x01\x00"
+         "\x00\x00\x00\x00\x00\x00\x03\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x11"sv,
+         false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(!PropertyListFile::parse(c.bytes).has_value(), c.refused) << c.name;
+
+    // Nesting: the innermost of n arrays lies n - 1 levels below the root.
+    auto nested = [](int n) {
+        std::string xml = "<?xml version=\"1.0\"?><plist version=\"1.0\">";
+        for (int i = 0; i < n; ++i) xml += "<array>";
+        for (int i = 0; i < n; ++i) xml += "</array>";
+        return xml + "</plist>";
+    };
+    EXPECT_TRUE(PropertyListFile::parse(nested(513)).has_value());
+    EXPECT_FALSE(PropertyListFile::parse(nested(514)).has_value());
+    EXPECT_FALSE(PropertyListFile::parse(nested(27000)).has_value());
 }
 
 }  // namespace
