@@ -1,8 +1,13 @@
 #include "Simulator/SimulatedMac.h"
 
-#include <cstdlib>
+#include <signal.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <charconv>
+#include <cstdlib>
 #include <fstream>
+#include <stdexcept>
 #include <system_error>
 
 #include "Platform/PosixFileSystem.h"
@@ -39,18 +44,6 @@ private:
     SimulatedMac& mac_;
 };
 
-std::string makeTemporaryRoot() {
-    // A simulated Mac makes a few dozen folders: memory-backed storage keeps
-    // that cheap when the user has not chosen a temporary folder.
-    std::error_code ec;
-    fs::path base = !std::getenv("TMPDIR") && fs::is_directory("/dev/shm", ec) && access("/dev/shm", W_OK) == 0
-                        ? fs::path("/dev/shm")
-                        : fs::temp_directory_path();
-    std::string pattern = (base / "vantro-mac-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) return (fs::temp_directory_path() / "vantro-mac").string();
-    return pattern;
-}
-
 // Plain permission bits set by tests would stop the clean-up: give them back.
 void makeRemovable(const std::string& root) {
     std::error_code ec;
@@ -58,6 +51,47 @@ void makeRemovable(const std::string& root) {
          it.increment(ec)) {
         fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
     }
+}
+
+constexpr std::string_view rootPrefix = "vantro-mac-";
+
+// Disks left behind by processes that ended without tearing their simulated
+// Macs down (a crash, a kill): each disk's name carries its process's id, and
+// a disk whose process no longer runs is removed.
+void removeAbandonedRoots(const fs::path& base) {
+    std::error_code ec;
+    for (fs::directory_iterator it(base, ec), end; !ec && it != end; it.increment(ec)) {
+        const std::string name = it->path().filename().string();
+        if (!name.starts_with(rootPrefix)) continue;
+        const char* digits = name.c_str() + rootPrefix.size();
+        pid_t pid = 0;
+        auto [rest, error] = std::from_chars(digits, name.c_str() + name.size(), pid);
+        if (error != std::errc() || rest == digits || *rest != '-' || pid <= 0 || pid == getpid()) continue;
+        if (kill(pid, 0) == 0 || errno != ESRCH) continue;
+        makeRemovable(it->path().string());
+        std::error_code removal;
+        fs::remove_all(it->path(), removal);
+    }
+}
+
+std::string makeTemporaryRoot() {
+    // A simulated Mac makes a few dozen folders: memory-backed storage keeps
+    // that cheap when the user has not chosen a temporary folder.
+    std::error_code ec;
+    fs::path base = !std::getenv("TMPDIR") && fs::is_directory("/dev/shm", ec) && access("/dev/shm", W_OK) == 0
+                        ? fs::path("/dev/shm")
+                        : fs::temp_directory_path();
+    removeAbandonedRoots(base);
+    std::string pattern = (base / (std::string(rootPrefix) + std::to_string(getpid()) + "-XXXXXX")).string();
+    if (!mkdtemp(pattern.data())) return (fs::temp_directory_path() / "vantro-mac").string();
+    return pattern;
+}
+
+const MacRelease& knownRelease(const std::string& name) {
+    static const std::vector<MacRelease>& releases = MacRelease::all();
+    for (const auto& release : releases)
+        if (release.name == name) return release;
+    throw std::invalid_argument("unknown macOS release \"" + name + "\"");
 }
 
 }  // namespace
@@ -72,7 +106,7 @@ double MacConfiguration::appKitVersionNumber() const {
 
 SimulatedMac::SimulatedMac(MacConfiguration configuration)
     : configuration_(std::move(configuration)),
-      release_(MacRelease::named(configuration_.release).value_or(*MacRelease::named("10.15"))) {
+      release_(knownRelease(configuration_.release)) {
     if (configuration_.resourcesDirectory.empty()) configuration_.resourcesDirectory = VANTRO_RESOURCES_DIR;
     root_ = makeTemporaryRoot();
     home_ = root_ + "/Users/" + configuration_.userName;

@@ -47,6 +47,7 @@ struct MacConfiguration {
     bool staticCodeCreationFails = false;
     bool requirementCreationFails = false;
 
+    // The overriding number, else the release's; 0 for an unknown release.
     double appKitVersionNumber() const;
 };
 
@@ -59,6 +60,8 @@ struct MacConfiguration {
 // removes it, so each simulated Mac is a fresh process.
 class SimulatedMac {
 public:
+    // A release MacRelease does not know is a mistake of the caller: it
+    // throws std::invalid_argument, naming it.
     explicit SimulatedMac(MacConfiguration configuration = {});
     SimulatedMac(const SimulatedMac&) = delete;
     SimulatedMac& operator=(const SimulatedMac&) = delete;

@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <filesystem>
+#include <stdexcept>
+#include <string>
 
 #include "Simulator/SimulatedMac.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
@@ -50,6 +55,47 @@ TEST(SimulatedMac, ReleasesReportRealAppKitNumbers) {
     EXPECT_FALSE(MacRelease::named("16").has_value()) << "after 15 came 26";
     EXPECT_EQ(MacRelease::named("26")->title(), "macOS 26 (Tahoe)");
     EXPECT_EQ(MacRelease::named("27")->title(), "macOS 27");
+}
+
+TEST(SimulatedMac, AnUnknownReleaseIsRefusedByName) {
+    for (const char* release : {"10.8", "16", "", "14.1"}) {
+        try {
+            SimulatedMac mac(MacConfiguration{.release = release});
+            ADD_FAILURE() << "made a Mac of release \"" << release << "\"";
+        } catch (const std::invalid_argument& error) {
+            EXPECT_NE(std::string(error.what()).find(std::string("\"") + release + "\""), std::string::npos) << error.what();
+        }
+        EXPECT_EQ(HostProcess::currentOrNull(), nullptr) << "nothing is left installed";
+    }
+    EXPECT_EQ(MacConfiguration{.release = "16"}.appKitVersionNumber(), 0);
+}
+
+TEST(SimulatedMac, DisksOfProcessesThatNoLongerRunAreRemoved) {
+    namespace fs = std::filesystem;
+    // A process that has ended, and one that runs (this one's parent).
+    pid_t ended = fork();
+    if (ended == 0) _exit(0);
+    ASSERT_GT(ended, 0);
+    waitpid(ended, nullptr, 0);
+    fs::path base;
+    {
+        SimulatedMac first;
+        base = fs::path(first.rootDirectory()).parent_path();
+    }
+    const fs::path abandoned = base / ("vantro-mac-" + std::to_string(ended) + "-test01");
+    const fs::path running = base / ("vantro-mac-" + std::to_string(getppid()) + "-test02");
+    const fs::path foreign = base / "vantro-mac-notapid";
+    for (const auto& folder : {abandoned, running, foreign}) fs::create_directories(folder / "Users" / "alice");
+    fs::permissions(abandoned / "Users", fs::perms::none);
+
+    SimulatedMac mac;
+    EXPECT_FALSE(fs::exists(abandoned));
+    EXPECT_TRUE(fs::exists(running));
+    EXPECT_TRUE(fs::exists(foreign));
+    EXPECT_NE(fs::path(mac.rootDirectory()).filename().string().find("vantro-mac-" + std::to_string(getpid()) + "-"),
+              std::string::npos);
+    fs::remove_all(running);
+    fs::remove_all(foreign);
 }
 
 TEST(SimulatedMac, SystemVersionChecksCompareWholeVersions) {
