@@ -37,8 +37,8 @@ struct UsageError {
     std::string message;
 };
 
-// Reads "--macos VERSION" and "--sandboxed" into a configuration; returns
-// false when the argument is neither.
+// Reads "--macos VERSION", "--sandboxed" and "--language CODE" into a
+// configuration; returns false when the argument is none of them.
 bool readMacOption(const std::string& option, Arguments& args, sim::MacConfiguration& configuration);
 
 int runStatus(Arguments args, std::ostream& out);

@@ -48,6 +48,7 @@ int runGuide(Arguments args, std::ostream& out) {
 
     mac.record("host", "asks the guide for access to " + *identifier);
     guide->askAccessForPanelIdentifier(*identifier);
+    out << "Overlay message: " << guide->message().value_or("") << "\n";
     story.contents().overlay = guide->windowController().get();
     story.runUntil(1.5);
     story.contents().overlay = guide->windowController().get();

@@ -8,6 +8,31 @@
 
 namespace vantro::tool {
 
+namespace {
+
+// The columns a text takes on a terminal: one per character, two for the
+// wide characters of Chinese, Japanese and Korean, none for UTF-8's
+// continuation bytes.
+std::size_t displayWidth(const std::string& text) {
+    std::size_t width = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        auto lead = static_cast<unsigned char>(text[i]);
+        std::size_t length = lead < 0x80 ? 1 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+        char32_t code = length == 1 ? lead : lead & (0x3F >> (length - 1));
+        for (std::size_t k = 1; k < length && i + k < text.size(); ++k)
+            code = (code << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
+        bool wide = (code >= 0x1100 && code <= 0x115F) || (code >= 0x2E80 && code <= 0xA4CF) ||
+                    (code >= 0xAC00 && code <= 0xD7A3) || (code >= 0xF900 && code <= 0xFAFF) ||
+                    (code >= 0xFE30 && code <= 0xFE4F) || (code >= 0xFF00 && code <= 0xFF60) ||
+                    (code >= 0xFFE0 && code <= 0xFFE6) || (code >= 0x20000 && code <= 0x3FFFD);
+        width += wide ? 2 : 1;
+        i += length;
+    }
+    return width;
+}
+
+}  // namespace
+
 int runList(Arguments args, std::ostream& out) {
     sim::MacConfiguration configuration;
     std::vector<std::string> identifiers;
@@ -60,11 +85,13 @@ int runList(Arguments args, std::ostream& out) {
 
     std::size_t labelWidth = 8, reasonWidth = 6, titleWidth = 6;
     for (const auto& row : rows) {
-        labelWidth = std::max(labelWidth, row.label.size());
-        reasonWidth = std::max(reasonWidth, row.reason.size());
-        titleWidth = std::max(titleWidth, row.buttonTitle.size());
+        labelWidth = std::max(labelWidth, displayWidth(row.label));
+        reasonWidth = std::max(reasonWidth, displayWidth(row.reason));
+        titleWidth = std::max(titleWidth, displayWidth(row.buttonTitle));
     }
-    auto cell = [&](const std::string& text, std::size_t width) { out << std::left << std::setw(int(width + 2)) << text; };
+    auto cell = [&](const std::string& text, std::size_t width) {
+        out << text << std::string(width + 2 - std::min(width + 2, displayWidth(text)), ' ');
+    };
     cell("CATEGORY", labelWidth);
     cell("REASON", reasonWidth);
     cell("BUTTON", titleWidth);

@@ -49,6 +49,16 @@ bool readMacOption(const std::string& option, Arguments& args, sim::MacConfigura
         configuration.sandboxed = true;
         return true;
     }
+    if (option == "--language") {
+        // The user's one preferred language (AppleLanguages). Any code is
+        // taken: one that no bundle has a localization for falls back as on
+        // a Mac, to English, the framework's development language.
+        auto language = args.value();
+        if (!language || language->empty() || language->rfind("--", 0) == 0)
+            throw UsageError{"--language needs a CODE, such as fr or ja"};
+        configuration.languages = {*language};
+        return true;
+    }
     return false;
 }
 

@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view urlScheme = "x-apple.systempreferences";
 constexpr double activationDelay = 0.2;
 // The localizations of the simulated Security pane bundle.
-const std::vector<std::string> securityPaneLanguages = {"de", "en", "ja", "zh-Hans"};
+const std::vector<std::string> securityPaneLanguages = {"de", "en", "fr", "ja", "zh-Hans"};
 
 // The panes whose privacy list takes applications dropped on it.
 bool listTakesApplications(const std::string& anchor) {
@@ -39,6 +39,8 @@ SimSystemPreferences::SimSystemPreferences(SimulatedMac& mac) : mac_(mac) {
 std::string SimSystemPreferences::securityPaneName(const std::string& language, int majorVersion) {
     bool renamed = majorVersion >= 13;  // "Privacy & Security" from macOS 13
     if (language == "de") return renamed ? "Datenschutz & Sicherheit" : "Sicherheit & Datenschutz";
+    // French is unconfirmed: the names System Preferences is believed to show.
+    if (language == "fr") return renamed ? "Confidentialité et sécurité" : "Sécurité et confidentialité";
     if (language == "ja") return renamed ? "プライバシーとセキュリティ" : "セキュリティとプライバシー";
     if (language == "zh-Hans") return renamed ? "隐私与安全性" : "安全性与隐私";
     return renamed ? "Privacy & Security" : "Security & Privacy";

@@ -192,21 +192,31 @@ void SimulatedMac::buildDisk() {
 }
 
 void SimulatedMac::writeHostBundle() {
-    std::error_code ec;
+    // The host's own translations of the refusal alert: its title, message,
+    // and the two buttons.
+    struct AlertTexts {
+        const char* language;
+        const char* texts[4];
+    };
+    static const char* const keys[4] = {"Permission Refused", "Visit System Privacy Preferences to grant permission.",
+                                        "Open Privacy Preferences", "Cancel"};
+    static const AlertTexts translations[] = {
+        {"en", {keys[0], keys[1], keys[2], keys[3]}},
+        {"de", {"Zugriff verweigert", "Erteile die Berechtigung in den Datenschutz-Einstellungen.", "Datenschutz öffnen",
+                "Abbrechen"}},
+        {"fr", {"Autorisation refusée", "Accordez l’autorisation dans les préférences de confidentialité du système.",
+                "Ouvrir les préférences de confidentialité", "Annuler"}},
+        {"ja", {"アクセスが拒否されました", "システムのプライバシー設定で許可してください。", "プライバシー設定を開く",
+                "キャンセル"}},
+    };
     fs::path resources = fs::path(hostBundle_) / "Contents" / "Resources";
-    fs::create_directories(resources / "en.lproj", ec);
-    fs::create_directories(resources / "de.lproj", ec);
-    // The host's own translations of the refusal alert.
-    std::ofstream(resources / "en.lproj" / "Localizable.strings")
-        << "\"Permission Refused\" = \"Permission Refused\";\n"
-           "\"Visit System Privacy Preferences to grant permission.\" = \"Visit System Privacy Preferences to grant permission.\";\n"
-           "\"Open Privacy Preferences\" = \"Open Privacy Preferences\";\n"
-           "\"Cancel\" = \"Cancel\";\n";
-    std::ofstream(resources / "de.lproj" / "Localizable.strings")
-        << "\"Permission Refused\" = \"Zugriff verweigert\";\n"
-           "\"Visit System Privacy Preferences to grant permission.\" = \"Erteile die Berechtigung in den Datenschutz-Einstellungen.\";\n"
-           "\"Open Privacy Preferences\" = \"Datenschutz öffnen\";\n"
-           "\"Cancel\" = \"Abbrechen\";\n";
+    for (const auto& translation : translations) {
+        fs::path folder = resources / (std::string(translation.language) + ".lproj");
+        std::error_code ec;
+        fs::create_directories(folder, ec);
+        std::ofstream table(folder / "Localizable.strings");
+        for (int i = 0; i < 4; ++i) table << "\"" << keys[i] << "\" = \"" << translation.texts[i] << "\";\n";
+    }
 }
 
 }  // namespace vantro::sim

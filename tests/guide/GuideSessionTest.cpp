@@ -106,11 +106,12 @@ TEST(GuidePaneTitle, FollowsTheUsersLanguagesAndTheRelease) {
     } cases[] = {
         {"10.15", {"en"}, "Security & Privacy"},
         {"10.15", {"de-CH", "en"}, "Sicherheit & Datenschutz"},
-        {"10.15", {"fr", "ja"}, "セキュリティとプライバシー"},
+        {"10.15", {"ko", "ja"}, "セキュリティとプライバシー"},
+        {"10.15", {"fr-CA"}, "Sécurité et confidentialité"},
         {"13", {"en-GB"}, "Privacy & Security"},
         // A language the pane lacks, or none at all: Foundation still picks
         // one of the pane's localizations, English where it has one.
-        {"10.15", {"fr"}, "Security & Privacy"},
+        {"10.15", {"ko"}, "Security & Privacy"},
         {"10.15", {}, "Security & Privacy"},
     };
     for (const auto& c : cases) {

@@ -160,13 +160,25 @@ TEST(RefusalAlert, CancelOpensNothingAndTheFirstButtonOpensTheVeryIdentifier) {
 }
 
 TEST(RefusalAlert, TextsComeFromTheHostsTableInTheUsersLanguage) {
-    sim::MacConfiguration configuration;
-    configuration.languages = {"de-DE", "en"};
-    sim::SimulatedMac mac(configuration);
-    VantroRequestStatusCenter::sharedRequestStatusCenter()->alertOpenPrivacyPreferences(VantroPrivacyPhotos);
-    ASSERT_EQ(mac.alerts().shown().size(), 1u);
-    EXPECT_EQ(mac.alerts().shown()[0].alert.messageText, "Zugriff verweigert");
-    EXPECT_EQ(mac.alerts().shown()[0].alert.buttons.back(), "Abbrechen");
+    struct Case {
+        std::vector<std::string> languages;
+        const char* title;
+        const char* cancel;
+    } cases[] = {
+        {{"de-DE", "en"}, "Zugriff verweigert", "Abbrechen"},
+        {{"fr"}, "Autorisation refusée", "Annuler"},
+        {{"ja"}, "アクセスが拒否されました", "キャンセル"},
+        {{"xx"}, "Permission Refused", "Cancel"},
+    };
+    for (const auto& c : cases) {
+        sim::MacConfiguration configuration;
+        configuration.languages = c.languages;
+        sim::SimulatedMac mac(configuration);
+        VantroRequestStatusCenter::sharedRequestStatusCenter()->alertOpenPrivacyPreferences(VantroPrivacyPhotos);
+        ASSERT_EQ(mac.alerts().shown().size(), 1u);
+        EXPECT_EQ(mac.alerts().shown()[0].alert.messageText, c.title) << c.languages[0];
+        EXPECT_EQ(mac.alerts().shown()[0].alert.buttons.back(), c.cancel) << c.languages[0];
+    }
 }
 
 }  // namespace
