@@ -1,6 +1,7 @@
 #include "Overlay/VantroArrowView.h"
 
 #include <cmath>
+#include <mutex>
 
 #include "Platform/HostProcess.h"
 
@@ -9,6 +10,7 @@ namespace vantro {
 namespace {
 
 struct ArrowColorState {
+    std::once_flag colorOnce;
     std::shared_ptr<const Color> color;
 };
 
@@ -70,7 +72,8 @@ void VantroArrowView::drawRect(Size frameSize, Canvas& canvas) const {
 
 std::shared_ptr<const Color> vantroArrowColor() {
     auto& state = HostProcess::current().value<ArrowColorState>();
-    if (!state.color) state.color = std::make_shared<const Color>(Color{0.0, 0.6266, 0.0, 1.0});
+    // Made once per process, whichever thread draws first.
+    std::call_once(state.colorOnce, [&] { state.color = std::make_shared<const Color>(Color{0.0, 0.6266, 0.0, 1.0}); });
     return state.color;
 }
 

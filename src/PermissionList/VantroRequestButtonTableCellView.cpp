@@ -63,10 +63,12 @@ void VantroRequestButtonTableCellView::requestAuthorization(Button* sender) {
     (void)sender;
     if (!objectValue_) return;
     const Value* value = objectValue_->valueForKey(PrivacyCategoryIdentifierKey);
-    if (!value || !value->isString()) return;
-    // Copies: a request may run a modal alert, during which the row may be
-    // replaced and this cell reused or released.
-    std::string identifier = *value->stringPointer();
+    if (!value || value->isNull()) return;
+    // An identifier that is not a string goes to the status center as the
+    // text it prints as, which answers it as any identifier it does not
+    // serve. A copy: a request may run a modal alert, during which the row
+    // may be replaced and this cell reused or released.
+    std::string identifier = value->isString() ? *value->stringPointer() : value->description();
     std::weak_ptr<VantroViewController> list = vantroViewController_;
     VantroRequestStatusCenter::sharedRequestStatusCenter()->requestPrivacyAuthorizationForIdentifier(identifier, false);
     if (auto controller = list.lock()) controller->scheduleUpdatePrivacyCategories();

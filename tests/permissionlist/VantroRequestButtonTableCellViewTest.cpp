@@ -195,23 +195,43 @@ TEST(RequestButtonCell, AClickRequestsTheRowsCategoryAndSchedulesARebuild) {
 TEST(RequestButtonCell, ARowWithoutIdentifierMakesTheButtonInert) {
     sim::SimulatedMac mac;
     auto controller = VantroViewController::create();
-    for (auto row : {makeRow(std::nullopt, Value(1)), std::make_shared<PrivacyCategoryRecord>(Value::Dictionary{
-                                                          {std::string(PrivacyCategoryIdentifierKey), Value(7)}})}) {
+    auto rowWith = [](Value identifier) {
+        return std::make_shared<PrivacyCategoryRecord>(
+            Value::Dictionary{{std::string(PrivacyCategoryIdentifierKey), std::move(identifier)}});
+    };
+    struct Case {
+        const char* name;
+        std::shared_ptr<PrivacyCategoryRecord> row;
+        std::vector<std::string> log;
+        std::size_t rebuilds;
+    } cases[] = {
+        {"no identifier", makeRow(std::nullopt, Value(1)), {}, 0},
+        {"a null identifier", rowWith(Value()), {}, 0},
+        // Present but not a string: an identifier the status center does not serve.
+        {"a number", rowWith(Value(7)), {"Privacy category identifier not supported: 7"}, 1},
+    };
+    for (const auto& c : cases) {
+        const std::size_t logged = mac.log().lines().size();
         CellWithButton view;
         view.cell->setVantroViewController(controller);
-        view.cell->setObjectValue(row);
+        view.cell->setObjectValue(c.row);
         view.button->setAction([cell = std::weak_ptr(view.cell)](Button& sender) {
-            if (auto c = cell.lock()) c->requestAuthorization(&sender);
+            if (auto live = cell.lock()) live->requestAuthorization(&sender);
         });
         EXPECT_TRUE(view.button->performClick());
-        EXPECT_TRUE(mac.log().lines().empty());
-        EXPECT_TRUE(mac.workspace().openedURLs().empty());
+        EXPECT_EQ(std::vector<std::string>(mac.log().lines().begin() + static_cast<std::ptrdiff_t>(logged), mac.log().lines().end()),
+                  c.log)
+            << c.name;
+        EXPECT_TRUE(mac.workspace().openedURLs().empty()) << c.name;
         EXPECT_EQ(mac.runLoop().pendingPerforms(controller.get(), VantroViewController::UpdatePrivacyCategoriesSelector),
-                  0u);
+                  c.rebuilds)
+            << c.name;
+        mac.runFor(1.0);
     }
+    const std::size_t logged = mac.log().lines().size();
     CellWithButton empty;
     empty.cell->requestAuthorization(nullptr);  // no row at all
-    EXPECT_TRUE(mac.log().lines().empty());
+    EXPECT_EQ(mac.log().lines().size(), logged);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Guide/Vantro.h"
+#include "Overlay/VantroArrowView.h"
 #include "Simulator/SimulatedMac.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
 
@@ -83,14 +84,17 @@ TEST(HostProcess, ConcurrentFirstCallsOnTheDefaultProcessGiveOneSharedInstance) 
     constexpr int threads = 8;
     std::vector<VantroRequestStatusCenter*> centers(threads);
     std::vector<Vantro*> guides(threads);
+    std::vector<const Color*> arrowColors(threads);
     onThreadsAtOnce(threads, [&](int i) {
         centers[i] = VantroRequestStatusCenter::sharedRequestStatusCenter().get();
         guides[i] = Vantro::sharedKit().get();
+        arrowColors[i] = vantroArrowColor().get();
     });
 
     EXPECT_EQ(made.load(), 1);
     EXPECT_EQ(std::set(centers.begin(), centers.end()).size(), 1u);
     EXPECT_EQ(std::set(guides.begin(), guides.end()).size(), 1u);
+    EXPECT_EQ(std::set(arrowColors.begin(), arrowColors.end()).size(), 1u);
     EXPECT_NE(centers[0], nullptr);
     EXPECT_NE(guides[0], nullptr);
 
