@@ -74,7 +74,10 @@ std::string SimBundle::localizedString(std::string_view key, std::string_view va
                                        std::optional<std::string_view> table) const {
     std::string tableName = table && !table->empty() ? std::string(*table) : std::string("Localizable");
     if (auto path = pathForResource(tableName, "strings", std::nullopt)) {
-        if (auto strings = mac_.bundles().propertyListWithContentsOfFile(*path)) {
+        auto cached = stringsTables_.find(*path);
+        if (cached == stringsTables_.end())
+            cached = stringsTables_.emplace(*path, mac_.bundles().propertyListWithContentsOfFile(*path)).first;
+        if (const auto& strings = cached->second) {
             if (const auto* found = strings->find(key))
                 if (auto text = found->string()) return *text;
         }

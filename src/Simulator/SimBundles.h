@@ -23,6 +23,9 @@ public:
     std::optional<std::string> pathForResource(std::string_view name, std::string_view type,
                                                std::optional<std::string_view> localization) const override;
     std::vector<std::string> localizations() const override;
+    // Reads each strings table once, when a string of it is first asked
+    // for, and keeps it for the bundle's life, as NSBundle does: a table
+    // changed on disk afterwards is not seen by this bundle.
     std::string localizedString(std::string_view key, std::string_view value,
                                 std::optional<std::string_view> table) const override;
 
@@ -34,6 +37,8 @@ private:
     SimulatedMac& mac_;
     std::string bundlePath_;
     std::string resourcesPath_;
+    // The tables read so far, by file path; nullopt for one that did not read.
+    mutable std::map<std::string, std::optional<Value>, std::less<>> stringsTables_;
 };
 
 class SimBundles : public Bundles {

@@ -98,6 +98,24 @@ TEST(SimulatedMac, DisksOfProcessesThatNoLongerRunAreRemoved) {
     fs::remove_all(foreign);
 }
 
+TEST(SimulatedMac, ABundleReadsEachStringsTableOnce) {
+    SimulatedMac mac(MacConfiguration{.languages = {"de"}});
+    auto bundle = mac.bundles().frameworkBundle();
+    const std::string granted = bundle->localizedString("Permission Granted", "", std::nullopt);
+    EXPECT_NE(granted, "Permission Granted") << "the German table is read";
+    for (int i = 0; i < 3; ++i) bundle->localizedString("Grant Permission", "", std::nullopt);
+    bundle->localizedString("No Such Key", "", std::nullopt);
+    EXPECT_EQ(mac.bundles().reads("Localizable.strings"), 1);
+    bundle->localizedString("Full Disk Access", "", std::string("PrivacyCategoryLabels"));
+    EXPECT_EQ(mac.bundles().reads("PrivacyCategoryLabels.strings"), 1) << "each table is read on its own";
+
+    // Another language is another file, read once in its turn.
+    mac.defaults().setUserLanguages({"fr"});
+    EXPECT_NE(bundle->localizedString("Permission Granted", "", std::nullopt), granted);
+    bundle->localizedString("Permission Granted", "", std::nullopt);
+    EXPECT_EQ(mac.bundles().reads("Localizable.strings"), 2);
+}
+
 TEST(SimulatedMac, SystemVersionChecksCompareWholeVersions) {
     SimulatedMac mac(MacConfiguration{.release = "10.11"});
     EXPECT_TRUE(mac.system().isOperatingSystemAtLeastVersion({10, 11, 0}));
