@@ -50,6 +50,11 @@ bool readFramesOption(const std::string& option, Arguments& args, std::optional<
 // The scripted user's drag of the overlay's icon into System Preferences'
 // list, starting `startAt` seconds from now and dropping a second later.
 void scriptDragIntoList(sim::SimulatedMac& mac, Vantro& guide, double startAt);
+// System Settings (macOS 13 and later) lists the dropped host switched off:
+// the scripted user turns its switch on `at` seconds from now and types the
+// password when asked. Answers how many seconds this adds to the story: none
+// before macOS 13.
+double scriptSwitchOnInSettings(sim::SimulatedMac& mac, double at);
 int runList(Arguments args, std::ostream& out);
 
 }  // namespace vantro::tool

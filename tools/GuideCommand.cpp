@@ -26,6 +26,14 @@ void scriptDragIntoList(sim::SimulatedMac& mac, Vantro& guide, double startAt) {
     mac.userDoes(startAt + 1.0, "drops the icon into the list", [&mac] { mac.dragging().dropAt(mac.systemPreferences().listPoint()); });
 }
 
+double scriptSwitchOnInSettings(sim::SimulatedMac& mac, double at) {
+    if (!mac.systemPreferences().isSystemSettings()) return 0;
+    mac.systemPreferences().setUnlockAnswerDelay(1.0);
+    mac.userDoes(at, "turns on the switch of " + mac.configuration().hostName,
+                 [&mac] { mac.systemPreferences().userSwitchesOnHost(); });
+    return 2.0;
+}
+
 int runGuide(Arguments args, std::ostream& out) {
     sim::MacConfiguration configuration;
     std::optional<std::string> frames;
@@ -55,8 +63,10 @@ int runGuide(Arguments args, std::ostream& out) {
     if (mac.systemPreferences().hasLock())
         mac.userDoes(1.0, "clicks the lock and types the password", [&mac] { mac.systemPreferences().userUnlocks(); });
     scriptDragIntoList(mac, *guide, 2.0);
-    mac.userDoes(5.0, "switches back to " + configuration.hostName, [&mac] { mac.workspace().activate(mac.workspace().host()); });
-    story.runUntil(7.0);
+    const double switching = scriptSwitchOnInSettings(mac, 3.5);
+    mac.userDoes(5.0 + switching, "switches back to " + configuration.hostName,
+                 [&mac] { mac.workspace().activate(mac.workspace().host()); });
+    story.runUntil(7.0 + switching);
 
     out << "\nTimeline:\n" << mac.timeline().format();
     out << "\nStatus of " << *identifier << " after: " << status() << "\n";

@@ -50,8 +50,10 @@ int runRoad(Arguments args, std::ostream& out) {
     if (mac.systemPreferences().hasLock())
         mac.userDoes(1.0, "clicks the lock and types the password", [&mac] { mac.systemPreferences().userUnlocks(); });
     scriptDragIntoList(mac, *guide, 2.0);
-    mac.userDoes(3.5, "switches back to " + configuration.hostName, [&mac] { mac.workspace().activate(mac.workspace().host()); });
-    story.runUntil(6.5);
+    const double switching = scriptSwitchOnInSettings(mac, 3.5);
+    mac.userDoes(3.5 + switching, "switches back to " + configuration.hostName,
+                 [&mac] { mac.workspace().activate(mac.workspace().host()); });
+    story.runUntil(6.5 + switching);
 
     out << "\nTimeline:\n" << mac.timeline().format() << "\n";
     printRows(out, "The list after:", list);

@@ -82,6 +82,16 @@ void Vantro::placeWindowForItem(const Value& windowDescription) {
 
 void Vantro::checkWindowName() {
     if (!privacyPanelName_) return;
+    // System Settings' window is titled with the page or sub-pane shown
+    // ("Full Disk Access"), a name the guide has no source for (the pane
+    // bundle names only the "Privacy & Security" page), and without Screen
+    // Recording, which a host asking for a permission seldom has, the title
+    // is missing from the window list altogether. A missing title tells
+    // nothing, and comparing with the page's name would hide the overlay just
+    // as the user follows it from the page into the sub-pane. So the check is
+    // off there: the overlay stays over the window while System Settings is
+    // in front, and the session still ends when the user comes back.
+    if (runsSystemSettings()) return;
     auto window = preferencesWindow();
     std::optional<std::string> title;
     if (const Value* name = window ? window->find("kCGWindowName") : nullptr) title = name->string();

@@ -14,12 +14,14 @@ bool Vantro::openPrivacyPreferencesWithAnchor(std::optional<std::string_view> an
             std::string(VantroPrivacyDocumentsFolder), std::string(VantroPrivacyDownloadsFolder),
             std::string(VantroPrivacyNetworkVolume),   std::string(VantroPrivacyRemovableVolume)};
     }
-    // The folder and volume categories have no list of their own: they open
-    // the Privacy tab at its start.
-    if (state.folderAnchors->count(chosen)) chosen = "Privacy";
+    const bool systemSettings = runsSystemSettings();
+    // The folder and volume categories have no list of their own in System
+    // Preferences: they open the Privacy tab at its start. System Settings
+    // has a Files and Folders list, which is where they are switched on.
+    if (state.folderAnchors->count(chosen)) chosen = systemSettings ? std::string(VantroPrivacyFilesAndFolders) : "Privacy";
     if (flooredAppKitVersion() > 1265.0 && chosen == VantroPrivacyAssistive) chosen = std::string(VantroPrivacyAccessibility);
 
-    std::string url = "x-apple.systempreferences:com.apple.preference.security?" + chosen;
+    std::string url = std::string(systemSettings ? SystemSettingsPrivacyURLPrefix : SystemPreferencesPrivacyURLPrefix) + chosen;
     bool opened = process.platform().workspace().openURL(url);
     if (!opened) {
         process.platform().assertionHandler().handleFailureInMethod("openPrivacyPreferencesWithAnchor:", "Vantro", "Vantro",
@@ -61,6 +63,10 @@ bool Vantro::checkPermissionToAutomate(std::string_view bundleIdentifier, Runnin
 }
 
 void Vantro::authorizeIfPossible() {
+    // System Settings has no lock: there is nothing to unlock, and the
+    // authorize event would only be an Apple event to an application that
+    // does not know it.
+    if (runsSystemSettings()) return;
     if (!checkPermissionToAutomate(SystemPreferencesBundleIdentifier, nullptr)) return;
     auto application = HostProcess::current().platform().appleEvents().applicationWithBundleIdentifier(SystemPreferencesBundleIdentifier);
     if (!application) return;

@@ -90,8 +90,14 @@ std::string Vantro::resolvePrompt(std::optional<std::string_view> identifier) {
         const Value* promptName = keys && identifier ? keys->find(*identifier) : nullptr;
         if (!promptName && keys) promptName = keys->find("Privacy_Default");
         const Value* strings = state.promptTable->find("strings");
-        if (promptName && promptName->isString() && strings) {
-            if (const Value* key = strings->find(*promptName->stringPointer())) localizationKey = key->string();
+        // System Settings has no lock and switches instead of boxes: from
+        // macOS 13 a prompt's text comes from "systemSettingsStrings" where
+        // that table names one, and from "strings" otherwise.
+        const Value* systemSettingsStrings = runsSystemSettings() ? state.promptTable->find("systemSettingsStrings") : nullptr;
+        if (promptName && promptName->isString()) {
+            const Value* key = systemSettingsStrings ? systemSettingsStrings->find(*promptName->stringPointer()) : nullptr;
+            if (!key && strings) key = strings->find(*promptName->stringPointer());
+            if (key) localizationKey = key->string();
         }
     }
     std::string text = localizationKey ? framework->localizedString(*localizationKey, "", std::nullopt) : std::string();

@@ -20,7 +20,7 @@ class ZVMainBundleIconImageView;
 // window's view hierarchy keeps those alive. Observable for "inDrag",
 // announced whenever the icon view's "inDrag" changes and whenever another
 // icon view is connected. Main thread.
-class VantroWindowController : public Observable, public Observer {
+class VantroWindowController : public Observable, public Observer, public std::enable_shared_from_this<VantroWindowController> {
 public:
     // Loads the layout `nibName` ("VantroWindowController") and connects its
     // outlets: the window, the icon view and the message field. A layout that

@@ -29,6 +29,9 @@ bool ownerHasOutlet(const std::string& property) {
 
 // The owner's keys a view may bind to; binding any other fails the load, as
 // a binding to a key the owner lacks raises while the layout loads.
+// The overlay window's observation of its owner's "message", by address.
+constexpr char OverlayMessageContext[] = "SimOverlayWindow.message";
+
 bool ownerHasBindableKey(const std::string& keyPath) { return keyPath == "message"; }
 
 }  // namespace
@@ -104,7 +107,33 @@ void SimOverlayWindow::orderFront() {
     displayedFrame_ = frame_;
     displayPending_ = false;
     mac_.record("overlay", "shown at " + describe(frame_));
+    recordTextShown();
     didChangeValueForKey("visible");
+}
+
+SimOverlayWindow::~SimOverlayWindow() {
+    // An owner already gone took the registration with it.
+    if (auto owner = messageOwner_.lock()) owner->removeObserver(*this, "message", OverlayMessageContext);
+}
+
+void SimOverlayWindow::followMessageOf(std::weak_ptr<VantroWindowController> owner) {
+    if (auto old = messageOwner_.lock()) old->removeObserver(*this, "message", OverlayMessageContext);
+    messageOwner_ = std::move(owner);
+    if (auto now = messageOwner_.lock()) now->addObserver(*this, "message", ObservingOptionNone, OverlayMessageContext);
+}
+
+void SimOverlayWindow::observeValueForKeyPath(std::string_view, Observable&, ObservationContext context) {
+    if (context == OverlayMessageContext) recordTextShown();
+}
+
+void SimOverlayWindow::recordTextShown() {
+    auto owner = messageOwner_.lock();
+    if (!visible_ || !owner) return;
+    std::string shown;
+    for (const auto& text : textsShown(*owner)) shown += (shown.empty() ? "" : " / ") + text;
+    if (shown == recordedText_) return;
+    recordedText_ = shown;
+    mac_.record("overlay", shown.empty() ? std::string("says nothing") : "says \"" + shown + "\"");
 }
 
 void SimOverlayWindow::orderOut() {
@@ -249,7 +278,6 @@ bool SimOverlayWindow::sendMouseDown(const Event& event, std::deque<Event> follo
 }
 
 OverlayLayout loadOverlayLayout(SimulatedMac& mac, std::string_view nibName, VantroWindowController& owner) {
-    (void)owner;  // bindings to the owner are read when the window is drawn
     const std::string name(nibName);
     auto bundle = mac.bundles().frameworkBundle();
     auto path = bundle ? bundle->pathForResource(nibName, "xib") : std::nullopt;
@@ -301,6 +329,7 @@ OverlayLayout loadOverlayLayout(SimulatedMac& mac, std::string_view nibName, Van
         layout.unlockMessageField = window->textFieldWithId(id);
         if (!layout.unlockMessageField) mac.record("overlay", "the outlet unlockMessageField names no text field; it stays unconnected");
     }
+    window->followMessageOf(owner.weak_from_this());
     mac.record("overlay", "loads the layout " + name + " (a " + nib->windowClass + ")");
     if (nib->visibleAtLaunch) window->orderFront();
     layout.window = std::move(window);

@@ -81,13 +81,20 @@ inline constexpr std::string_view VantroWindowClass = "VantroWindow";
 //   mask when its frame changes, and keeps the objects it made for them (the
 //   icon views and the text fields) for its whole life;
 // - delivers the user's mouse-downs to the view under the pointer.
-class SimOverlayWindow : public OverlayWindow, public std::enable_shared_from_this<SimOverlayWindow> {
+class SimOverlayWindow : public OverlayWindow, public Observer, public std::enable_shared_from_this<SimOverlayWindow> {
 public:
     // initWithContentRect:styleMask:backing:defer: of `windowClass`, with the
     // views of `layout`. Must be owned by a shared_ptr before its icon views
     // are clicked.
     SimOverlayWindow(SimulatedMac& mac, std::string windowClass, const Rect& contentRect, unsigned long styleMask,
                      OverlayNib layout = {});
+    ~SimOverlayWindow() override;
+
+    // Follows the owner's "message", which the text fields show through
+    // their bindings, and writes what the window says to the timeline when it
+    // is shown and whenever that changes while it shows.
+    void followMessageOf(std::weak_ptr<VantroWindowController> owner);
+    void observeValueForKeyPath(std::string_view keyPath, Observable& object, ObservationContext context) override;
 
     void setBackgroundColor(const Color& color) override { background_ = color; }
     void setLevel(long level) override { level_ = level; }
@@ -146,6 +153,7 @@ public:
 private:
     bool isVantroWindow() const { return windowClass_ == VantroWindowClass; }
     void placeIconViews();
+    void recordTextShown();
 
     SimulatedMac& mac_;
     std::string windowClass_;
@@ -162,6 +170,8 @@ private:
     std::map<std::string, std::shared_ptr<ZVMainBundleIconImageView>, std::less<>> iconViews_;
     std::map<std::string, std::shared_ptr<SimTextField>, std::less<>> textFields_;
     int passedOn_ = 0;
+    std::weak_ptr<VantroWindowController> messageOwner_;
+    std::optional<std::string> recordedText_;
 };
 
 // Loads the layout `nibName` from the framework's resources with `owner` as

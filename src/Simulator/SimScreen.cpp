@@ -148,6 +148,143 @@ void drawSystemPreferences(SimulatedMac& mac, cairo_t* cr, bool active) {
     }
 }
 
+// A switch as System Settings draws it: a pill with a knob, blue when on.
+void drawSwitch(cairo_t* cr, double x, double y, bool on) {
+    if (on) setColor(cr, 0.16, 0.48, 0.98);
+    else setColor(cr, 0.82, 0.82, 0.84);
+    roundedRect(cr, {{x, y}, {32, 18}}, 9);
+    cairo_fill(cr);
+    setColor(cr, 1, 1, 1);
+    cairo_arc(cr, on ? x + 23 : x + 9, y + 9, 7.5, 0, 2 * std::numbers::pi);
+    cairo_fill(cr);
+}
+
+// System Settings: the sidebar with the window's buttons on the left, the
+// page on the right under a toolbar with the back and forward arrows and the
+// title; on a privacy sub-pane, its list with a switch per application and
+// the "+" and "−" buttons under it.
+void drawSystemSettings(SimulatedMac& mac, cairo_t* cr, bool active) {
+    auto& settings = mac.systemPreferences();
+    const Rect frame = settings.windowFrame();
+    const double sidebarWidth = 215;
+    setColor(cr, 0, 0, 0, 0.25);
+    roundedRect(cr, {{frame.origin.x + 2, frame.origin.y + 6}, frame.size}, 12);
+    cairo_fill(cr);
+    setColor(cr, 0.98, 0.98, 0.98);
+    roundedRect(cr, frame, 12);
+    cairo_fill(cr);
+    setColor(cr, 0.91, 0.91, 0.93);
+    roundedRect(cr, {{frame.origin.x + 6, frame.origin.y + 6}, {sidebarWidth - 12, frame.size.height - 12}}, 9);
+    cairo_fill(cr);
+    const double buttons[3][3] = {{1, 0.37, 0.34}, {1, 0.74, 0.18}, {0.16, 0.79, 0.25}};
+    for (int i = 0; i < 3; ++i) {
+        setColor(cr, buttons[i][0], buttons[i][1], buttons[i][2], active ? 1 : 0.35);
+        cairo_arc(cr, frame.origin.x + 24 + 20 * i, frame.origin.y + 24, 6, 0, 2 * std::numbers::pi);
+        cairo_fill(cr);
+    }
+    setColor(cr, 0.84, 0.84, 0.86);
+    roundedRect(cr, {{frame.origin.x + 16, frame.origin.y + 44}, {sidebarWidth - 32, 24}}, 6);
+    cairo_fill(cr);
+    setColor(cr, 0.5, 0.5, 0.5);
+    text(cr, frame.origin.x + 26, frame.origin.y + 60, "Search", 12);
+    const bool privacy = settings.currentPane() == SimSystemPreferences::securityPane;
+    const char* sidebar[] = {"Wi-Fi", "Bluetooth", "Network", "Notifications", "Sound", "Focus", "Screen Time",
+                             "General", "Appearance", "Accessibility", "Control Centre", "Desktop & Dock", "Displays",
+                             "Privacy & Security", "Touch ID & Password", "Users & Groups"};
+    double y = frame.origin.y + 96;
+    for (const char* item : sidebar) {
+        if (y > frame.maxY() - 16) break;
+        const bool selected = privacy ? std::string(item) == "Privacy & Security" : std::string(item) == "General";
+        if (selected) {
+            setColor(cr, 0.16, 0.48, 0.98);
+            roundedRect(cr, {{frame.origin.x + 12, y - 15}, {sidebarWidth - 24, 22}}, 5);
+            cairo_fill(cr);
+            setColor(cr, 1, 1, 1);
+        } else {
+            setColor(cr, 0.15, 0.15, 0.15);
+        }
+        text(cr, frame.origin.x + 24, y, item, 12);
+        y += 26;
+    }
+    const double pageX = frame.origin.x + sidebarWidth;
+    setColor(cr, 0.55, 0.55, 0.55);
+    text(cr, pageX + 14, frame.origin.y + 30, "\xE2\x80\xB9  \xE2\x80\xBA", 16, true);
+    setColor(cr, 0.1, 0.1, 0.1);
+    text(cr, pageX + 60, frame.origin.y + 30, settings.windowTitle(), 14, true);
+    setColor(cr, 0.88, 0.88, 0.88);
+    cairo_rectangle(cr, pageX, frame.origin.y + 50, frame.size.width - sidebarWidth, 1);
+    cairo_fill(cr);
+    if (!privacy) {
+        setColor(cr, 0.4, 0.4, 0.4);
+        text(cr, pageX + 20, frame.origin.y + 90, "General settings", 14);
+        return;
+    }
+    const double screenHeight = mac.windows().mainScreenFrame().size.height;
+    const Rect list = settings.listFrameOnScreen();
+    const Rect listInPicture{{list.origin.x, screenHeight - list.maxY()}, list.size};
+    setColor(cr, 1, 1, 1);
+    roundedRect(cr, listInPicture, 8);
+    cairo_fill(cr);
+    setColor(cr, 0.82, 0.82, 0.84);
+    cairo_set_line_width(cr, 1);
+    roundedRect(cr, listInPicture, 8);
+    cairo_stroke(cr);
+    if (!settings.showsSubPane()) {
+        // The page: one row per privacy sub-pane.
+        const char* rows[] = {"Location Services", "Contacts", "Calendars", "Reminders", "Photos", "Bluetooth",
+                              "Camera", "Microphone", "Accessibility", "Input Monitoring", "Full Disk Access",
+                              "Files and Folders", "Screen Recording", "Automation"};
+        double rowY = listInPicture.origin.y + 22;
+        for (const char* row : rows) {
+            if (rowY > listInPicture.maxY() - 6) break;
+            setColor(cr, 0.15, 0.15, 0.15);
+            text(cr, listInPicture.origin.x + 14, rowY, row, 12);
+            setColor(cr, 0.6, 0.6, 0.6);
+            text(cr, listInPicture.maxX() - 20, rowY, "\xE2\x80\xBA", 14, true);
+            rowY += 28;
+        }
+        return;
+    }
+    setColor(cr, 0.3, 0.3, 0.3);
+    text(cr, pageX + 20, frame.origin.y + 80, "Allow the applications below to use " + settings.windowTitle() + ".", 12);
+    const std::string anchor = settings.anchor();
+    if (settings.listsHost(anchor)) {
+        const double rowY = listInPicture.origin.y + 8;
+        drawApplicationIcon(cr, {{listInPicture.origin.x + 12, rowY}, {24, 24}}, applicationIconImageName(mac));
+        setColor(cr, 0.1, 0.1, 0.1);
+        text(cr, listInPicture.origin.x + 46, rowY + 17, mac.configuration().hostName, 13);
+        drawSwitch(cr, listInPicture.maxX() - 46, rowY + 3, settings.hostSwitchedOn(anchor));
+    }
+    // "+" and "−" under the list.
+    const Rect plus = settings.plusButtonOnScreen();
+    const Rect plusInPicture{{plus.origin.x, screenHeight - plus.maxY()}, plus.size};
+    setColor(cr, 0.93, 0.93, 0.94);
+    roundedRect(cr, {plusInPicture.origin, {plus.size.width * 2, plus.size.height}}, 5);
+    cairo_fill(cr);
+    setColor(cr, 0.2, 0.2, 0.2);
+    text(cr, plusInPicture.origin.x + 7, plusInPicture.origin.y + 16, "+", 14, true);
+    text(cr, plusInPicture.origin.x + 31, plusInPicture.origin.y + 16, "\xE2\x88\x92", 14, true);
+    if (settings.asksForPassword()) {
+        // The authorization dialog, over the page.
+        const Rect dialog{{pageX + 60, frame.origin.y + 290}, {frame.size.width - sidebarWidth - 120, 150}};
+        setColor(cr, 0, 0, 0, 0.3);
+        roundedRect(cr, {{dialog.origin.x + 2, dialog.origin.y + 5}, dialog.size}, 12);
+        cairo_fill(cr);
+        setColor(cr, 0.97, 0.97, 0.97);
+        roundedRect(cr, dialog, 12);
+        cairo_fill(cr);
+        setColor(cr, 0.1, 0.1, 0.1);
+        text(cr, dialog.origin.x + 20, dialog.origin.y + 32, "System Settings", 13, true);
+        setColor(cr, 0.25, 0.25, 0.25);
+        text(cr, dialog.origin.x + 20, dialog.origin.y + 56, "Enter your password to allow this.", 12);
+        setColor(cr, 1, 1, 1);
+        roundedRect(cr, {{dialog.origin.x + 20, dialog.origin.y + 76}, {dialog.size.width - 40, 24}}, 5);
+        cairo_fill(cr);
+        setColor(cr, 0.5, 0.5, 0.5);
+        text(cr, dialog.origin.x + 28, dialog.origin.y + 93, mac.configuration().userName, 12);
+    }
+}
+
 }  // namespace
 
 bool renderScreen(SimulatedMac& mac, const ScreenContents& contents, const std::string& pngPath) {
@@ -179,6 +316,8 @@ bool renderScreen(SimulatedMac& mac, const ScreenContents& contents, const std::
         if (it->layer != 0) continue;
         const bool active = front && front->processIdentifier() == it->ownerPID;
         if (it->number == SimWindows::hostWindowNumber) drawHostWindow(mac, cr, contents.permissionList, active);
+        else if (it->number == SimWindows::preferencesWindowNumber && mac.systemPreferences().isSystemSettings())
+            drawSystemSettings(mac, cr, active);
         else if (it->number == SimWindows::preferencesWindowNumber) drawSystemPreferences(mac, cr, active);
         else drawWindow(cr, it->bounds, it->title.value_or(std::string()), active);
     }

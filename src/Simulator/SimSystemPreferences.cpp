@@ -18,6 +18,69 @@ constexpr std::string_view urlScheme = "x-apple.systempreferences";
 constexpr double activationDelay = 0.2;
 // The localizations of the simulated Security pane bundle.
 const std::vector<std::string> securityPaneLanguages = {"de", "en", "fr", "ja", "zh-Hans"};
+// The languages System Settings' privacy titles are simulated in.
+const std::vector<std::string> settingsLanguages = {"de", "en", "fr", "ja"};
+// System Settings' privacy extension, the other URL form of the page.
+constexpr std::string_view settingsPrivacyExtension = "com.apple.settings.PrivacySecurity.extension";
+// System Settings' window: a fixed width (reported as 710 to 715 points, the
+// exact value unconfirmed) and a height of its own.
+constexpr Rect settingsWindowFrame{{362, 100}, {715, 620}};
+constexpr double settingsSidebarWidth = 215;
+
+// System Settings' titles of the "Privacy & Security" page and its sub-panes,
+// by anchor, in English, German, French and Japanese. The English ones are
+// reported; the translations are plausible, not confirmed. The page's title
+// is keyed "".
+struct SettingsTitle {
+    const char* anchor;
+    const char* en;
+    const char* de;
+    const char* fr;
+    const char* ja;
+};
+constexpr SettingsTitle settingsTitles[] = {
+    {"", "Privacy & Security", "Datenschutz & Sicherheit", "Confidentialité et sécurité", "プライバシーとセキュリティ"},
+    {"Privacy_AllFiles", "Full Disk Access", "Festplattenvollzugriff", "Accès complet au disque", "フルディスクアクセス"},
+    {"Privacy_Accessibility", "Accessibility", "Bedienungshilfen", "Accessibilité", "アクセシビリティ"},
+    {"Privacy_FilesAndFolders", "Files and Folders", "Dateien und Ordner", "Fichiers et dossiers", "ファイルとフォルダ"},
+    {"Privacy_Automation", "Automation", "Automation", "Automatisation", "オートメーション"},
+    {"Privacy_ListenEvent", "Input Monitoring", "Eingabeüberwachung", "Surveillance de l’entrée", "入力監視"},
+    {"Privacy_ScreenCapture", "Screen & System Audio Recording", "Bildschirm- & Systemaudioaufnahme",
+     "Enregistrement de l’écran et de l’audio du système", "画面収録とシステムオーディオ録音"},
+    {"Privacy_Camera", "Camera", "Kamera", "Caméra", "カメラ"},
+    {"Privacy_Microphone", "Microphone", "Mikrofon", "Micro", "マイク"},
+    {"Privacy_Bluetooth", "Bluetooth", "Bluetooth", "Bluetooth", "Bluetooth"},
+    {"Privacy_AppBundles", "App Management", "App-Verwaltung", "Gestion des apps", "App管理"},
+    {"Privacy_DevTools", "Developer Tools", "Entwicklungswerkzeuge", "Outils de développement", "デベロッパツール"},
+    {"Privacy_Analytics", "Analytics & Improvements", "Analyse & Verbesserungen", "Analyse et améliorations", "解析と改善"},
+    {"Privacy_Contacts", "Contacts", "Kontakte", "Contacts", "連絡先"},
+    {"Privacy_Calendars", "Calendars", "Kalender", "Calendriers", "カレンダー"},
+    {"Privacy_Reminders", "Reminders", "Erinnerungen", "Rappels", "リマインダー"},
+    {"Privacy_Photos", "Photos", "Fotos", "Photos", "写真"},
+    {"Privacy_LocationServices", "Location Services", "Ortungsdienste", "Service de localisation", "位置情報サービス"},
+};
+// Renamed sub-panes: Screen Recording until 14 added system audio, and
+// Accessibility on 27 (the translations of both unconfirmed).
+constexpr SettingsTitle screenRecordingOn13{"Privacy_ScreenCapture", "Screen Recording", "Bildschirmaufnahme",
+                                            "Enregistrement de l’écran", "画面収録"};
+constexpr SettingsTitle accessibilityFrom27{"Privacy_Accessibility", "Device Control and Data Access",
+                                            "Gerätesteuerung und Datenzugriff", "Contrôle de l’appareil et accès aux données",
+                                            "デバイスの制御とデータアクセス"};
+
+const SettingsTitle* settingsTitle(const std::string& anchor, int majorVersion) {
+    if (anchor == screenRecordingOn13.anchor && majorVersion == 13) return &screenRecordingOn13;
+    if (anchor == accessibilityFrom27.anchor && majorVersion >= 27) return &accessibilityFrom27;
+    for (const auto& title : settingsTitles)
+        if (anchor == title.anchor) return &title;
+    return nullptr;
+}
+
+const char* inLanguage(const SettingsTitle& title, const std::string& language) {
+    if (language == "de") return title.de;
+    if (language == "fr") return title.fr;
+    if (language == "ja") return title.ja;
+    return title.en;
+}
 
 // The panes whose privacy list takes applications dropped on it.
 bool listTakesApplications(const std::string& anchor) {
@@ -27,11 +90,12 @@ bool listTakesApplications(const std::string& anchor) {
 
 }  // namespace
 
-SimSystemPreferences::SimSystemPreferences(SimulatedMac& mac) : mac_(mac) {
-    bool settings = mac_.release().hasSystemSettings();
-    std::string name = settings ? "System Settings" : "System Preferences";
-    mac_.workspace().install({std::string(SystemPreferencesBundleIdentifier), name,
-                              "file:///System/Applications/" + name + ".app/", launchDelay_});
+SimSystemPreferences::SimSystemPreferences(SimulatedMac& mac)
+    : mac_(mac), name_(mac.release().hasSystemSettings() ? "System Settings" : "System Preferences") {
+    if (isSystemSettings()) frame_ = settingsWindowFrame;
+    locked_ = hasLock();
+    mac_.workspace().install({std::string(SystemPreferencesBundleIdentifier), name_,
+                              "file:///System/Applications/" + name_ + ".app/", launchDelay_});
     mac_.workspace().setURLHandler(std::string(urlScheme), [this](const std::string& url) { return openURL(url); });
     writeSecurityPaneBundle();
 }
@@ -65,10 +129,30 @@ int SimSystemPreferences::processIdentifier() const {
     return app ? app->processIdentifier() : -1;
 }
 
-bool SimSystemPreferences::hasLock() const { return mac_.release().systemVersion.majorVersion < 13; }
+bool SimSystemPreferences::isSystemSettings() const { return mac_.release().hasSystemSettings(); }
+
+bool SimSystemPreferences::hasLock() const { return !isSystemSettings(); }
+
+std::optional<std::string> SimSystemPreferences::settingsSubPaneTitle(const std::string& language, const std::string& anchor,
+                                                                      int majorVersion) {
+    const SettingsTitle* title = anchor.empty() ? nullptr : settingsTitle(anchor, majorVersion);
+    if (!title) return std::nullopt;
+    return std::string(inLanguage(*title, language));
+}
+
+bool SimSystemPreferences::showsSubPane() const {
+    return isSystemSettings() && pane_ == securityPane && settingsSubPaneTitle("en", anchor_, mac_.release().systemVersion.majorVersion);
+}
 
 std::string SimSystemPreferences::windowTitle() const {
     if (pane_ != securityPane) return pane_ == "com.apple.preference.general" ? "General" : pane_;
+    if (isSystemSettings()) {
+        auto preferred = mac_.bundles().preferredLocalizations(settingsLanguages, mac_.defaults().userLanguages());
+        const std::string language = preferred.empty() ? "en" : preferred.front();
+        const int major = mac_.release().systemVersion.majorVersion;
+        if (auto subPane = settingsSubPaneTitle(language, anchor_, major)) return *subPane;
+        return inLanguage(*settingsTitle("", major), language);
+    }
     auto languages = mac_.defaults().userLanguages();
     auto preferred = mac_.bundles().preferredLocalizations(securityPaneLanguages, languages);
     return securityPaneName(preferred.empty() ? "en" : preferred.front(), mac_.release().systemVersion.majorVersion);
@@ -81,7 +165,9 @@ bool SimSystemPreferences::openURL(const std::string& url) {
     std::string pane = rest.substr(0, question);
     std::string anchor = question == std::string::npos ? std::string() : rest.substr(question + 1);
     if (pane.empty()) pane = "com.apple.preference.general";
-    mac_.record("System Preferences", "is asked to open " + pane + (anchor.empty() ? "" : " at " + anchor));
+    mac_.record(name_, "is asked to open " + pane + (anchor.empty() ? "" : " at " + anchor));
+    // System Settings' own form names the same page.
+    if (isSystemSettings() && pane == settingsPrivacyExtension) pane = securityPane;
     auto& workspace = mac_.workspace();
     if (!isRunning()) {
         auto app = workspace.start(SystemPreferencesBundleIdentifier);
@@ -107,10 +193,14 @@ void SimSystemPreferences::showPane(const std::string& pane, const std::string& 
     bool changed = pane != pane_ || anchor != anchor_;
     pane_ = pane;
     anchor_ = anchor;
-    if (changed) mac_.record("System Preferences", "shows \"" + windowTitle() + "\"" + (anchor.empty() ? "" : " at " + anchor));
+    if (changed) mac_.record(name_, "shows \"" + windowTitle() + "\"" + (anchor.empty() ? "" : " at " + anchor));
 }
 
-void SimSystemPreferences::setWindowFrame(const Rect& frame) { frame_ = frame; }
+void SimSystemPreferences::setWindowFrame(const Rect& frame) {
+    frame_ = frame;
+    // System Settings' window keeps its width.
+    if (isSystemSettings()) frame_.size.width = settingsWindowFrame.size.width;
+}
 
 void SimSystemPreferences::userEventInWindow(const std::string&) {
     // A click in System Preferences: a mouse-down and a mouse-up that the
@@ -126,13 +216,19 @@ void SimSystemPreferences::userShowsPane(const std::string& pane) {
     userEventInWindow("pane");
 }
 
+void SimSystemPreferences::userOpensPrivacyList(const std::string& anchor) {
+    if (!isRunning()) return;
+    showPane(securityPane, anchor);
+    userEventInWindow("list");
+}
+
 void SimSystemPreferences::userMovesWindow(Point topLeft) {
     if (!isRunning()) return;
     frame_.origin = topLeft;
     mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseDown, 1, {frame_.size.width / 2, 10}}, processIdentifier());
     mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseDragged, 1, {frame_.size.width / 2, 10}}, processIdentifier());
     mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseUp, 1, {frame_.size.width / 2, 10}}, processIdentifier());
-    mac_.record("System Preferences", "window moves to (" + std::to_string(int(topLeft.x)) + ", " + std::to_string(int(topLeft.y)) + ")");
+    mac_.record(name_, "window moves to (" + std::to_string(int(topLeft.x)) + ", " + std::to_string(int(topLeft.y)) + ")");
 }
 
 void SimSystemPreferences::userDragsWindow(Point topLeft, double seconds) {
@@ -150,7 +246,7 @@ void SimSystemPreferences::userDragsWindow(Point topLeft, double seconds) {
             mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseDragged, 1, grip}, processIdentifier());
             if (!last) return;
             mac_.windows().deliverMouseEvent({NSEventTypeLeftMouseUp, 1, grip}, processIdentifier());
-            mac_.record("System Preferences", "window dragged to (" + std::to_string(int(topLeft.x)) + ", " +
+            mac_.record(name_, "window dragged to (" + std::to_string(int(topLeft.x)) + ", " +
                                                   std::to_string(int(topLeft.y)) + ")");
         });
     }
@@ -181,6 +277,12 @@ void SimSystemPreferences::authorize() {
 Rect SimSystemPreferences::listFrameOnScreen() const {
     double screenHeight = mac_.windows().mainScreenFrame().size.height;
     Rect window{{frame_.origin.x, screenHeight - frame_.maxY()}, frame_.size};
+    if (isSystemSettings()) {
+        // Right of the sidebar, under the sub-pane's heading and text, above
+        // the "+" and "−" buttons.
+        return {{window.origin.x + settingsSidebarWidth + 20, window.origin.y + 70},
+                {window.size.width - settingsSidebarWidth - 40, window.size.height - 220}};
+    }
     // The list sits in the window's lower half, right of the category column.
     return {{window.origin.x + 200, window.origin.y + 40}, {window.size.width - 220, window.size.height / 2}};
 }
@@ -190,9 +292,71 @@ Point SimSystemPreferences::listPoint() const {
     return {list.origin.x + 240, list.origin.y + 115};
 }
 
+Rect SimSystemPreferences::plusButtonOnScreen() const {
+    Rect list = listFrameOnScreen();
+    return {{list.origin.x, list.origin.y - 30}, {24, 22}};
+}
+
+bool SimSystemPreferences::listShownTakesApplications() const { return showsSubPane() && listTakesApplications(anchor_); }
+
+bool SimSystemPreferences::listsHost(const std::string& anchor) const {
+    return std::any_of(listed_.begin(), listed_.end(), [&](const ListedApplication& a) { return a.anchor == anchor; });
+}
+
+bool SimSystemPreferences::hostSwitchedOn(const std::string& anchor) const {
+    return std::any_of(listed_.begin(), listed_.end(), [&](const ListedApplication& a) { return a.anchor == anchor && a.on; });
+}
+
+void SimSystemPreferences::listHost(const std::string& how) {
+    if (listsHost(anchor_)) {
+        mac_.record(name_, mac_.configuration().hostName + " is already in the list at " + anchor_);
+        return;
+    }
+    listed_.push_back({anchor_, false});
+    mac_.record(name_, how + " " + mac_.configuration().hostName + " to the list at " + anchor_ + ", switched off");
+}
+
+bool SimSystemPreferences::userAddsHostWithPlusButton() {
+    if (!isRunning() || !listShownTakesApplications()) return false;
+    userEventInWindow("plus");
+    mac_.record(name_, "shows an open panel; the user chooses " + mac_.configuration().hostName);
+    listHost("adds");
+    return true;
+}
+
+bool SimSystemPreferences::userSwitchesOnHost() {
+    if (!isRunning() || !showsSubPane() || !listsHost(anchor_) || hostSwitchedOn(anchor_) || passwordAsked_) return false;
+    userEventInWindow("switch");
+    // Turning a switch on needs an administrator's authorization (Apple
+    // documents it for Input Monitoring and Screen Recording; reported for
+    // the others).
+    passwordAsked_ = true;
+    mac_.record(name_, "asks for the administrator password to turn on " + mac_.configuration().hostName);
+    if (unlockAnswerDelay_ < 0) return true;
+    mac_.runLoop().scheduleUserEvent(unlockAnswerDelay_, [this, anchor = anchor_] {
+        passwordAsked_ = false;
+        if (!isRunning()) return;
+        mac_.record("user", "types the password");
+        for (auto& listed : listed_)
+            if (listed.anchor == anchor) listed.on = true;
+        mac_.record(name_, "turns on " + mac_.configuration().hostName + " at " + anchor);
+        if (grant_) grant_(anchor);
+    });
+    return true;
+}
+
 bool SimSystemPreferences::acceptsDrop(const std::string& url, Point screenPoint) {
     if (!isRunning() || pane_ != securityPane) return false;
     if (!listFrameOnScreen().contains(screenPoint)) return false;
+    if (isSystemSettings()) {
+        if (!listShownTakesApplications()) {
+            mac_.record(name_, showsSubPane() ? "the list at " + anchor_ + " takes no applications" : "the page has no list to drop on");
+            return false;
+        }
+        if (url != SimWorkspace::directoryURL(mac_.hostBundlePath())) return false;
+        listHost("adds");
+        return true;
+    }
     if (!listTakesApplications(anchor_)) {
         mac_.record("System Preferences", "the list at " + anchor_ + " takes no applications");
         return false;

@@ -18,11 +18,30 @@ class SimulatedMac;
 // name in the user's language; up to macOS 12 its Security & Privacy pane is
 // locked until the user unlocks it; and its privacy list takes the host's
 // icon dropped on it, granting the category of the current anchor.
+//
+// System Settings (13 and later) is another window: a sidebar of all settings
+// on the left and the page on the right, 715 points wide whatever the user
+// does, its own height. Both URL forms, System Preferences'
+// "com.apple.preference.security?<anchor>" and System Settings'
+// "com.apple.settings.PrivacySecurity.extension?<anchor>", open the
+// "Privacy & Security" page at the anchor's sub-pane, and an anchor without a
+// sub-pane opens the page itself. The window is titled with the sub-pane's
+// name ("Full Disk Access"), or the page's, in the user's language. There is
+// no lock. A sub-pane whose list takes applications has a switch for each
+// listed application and a "+" button under the list: the host dropped on
+// the list or chosen after "+" is listed switched off, and turning its switch
+// on asks for the administrator password; once the user has typed it, the
+// switch is on and the category granted.
 class SimSystemPreferences {
 public:
     explicit SimSystemPreferences(SimulatedMac& mac);
 
     static constexpr const char* securityPane = "com.apple.preference.security";
+
+    // From macOS 13: System Settings.
+    bool isSystemSettings() const;
+    // "System Settings" from macOS 13, "System Preferences" before.
+    const std::string& applicationName() const { return name_; }
 
     bool isRunning() const;
     int processIdentifier() const;
@@ -49,6 +68,9 @@ public:
     // What the user does in System Preferences (each also makes a mouse event
     // that global monitors of other applications see).
     void userShowsPane(const std::string& pane);
+    // The user opens a privacy category's list from the Security & Privacy
+    // pane or the "Privacy & Security" page: the pane at that anchor.
+    void userOpensPrivacyList(const std::string& anchor);
     void userMovesWindow(Point topLeft);
     // Drags the window by its title bar to `topLeft` over `seconds`: a
     // mouse-down now, the window following the pointer with a dragged event
@@ -57,9 +79,34 @@ public:
     void userUnlocks();
     void userQuits();
 
+    // System Settings: whether the page shows the anchor's sub-pane, rather
+    // than the "Privacy & Security" page itself.
+    bool showsSubPane() const;
+    // Whether the host is listed at `anchor`, and whether its switch is on.
+    bool listsHost(const std::string& anchor) const;
+    bool hostSwitchedOn(const std::string& anchor) const;
+    // The user clicks "+" under the list and chooses the host in the open
+    // panel: the host is listed, switched off. System Settings only, on a
+    // sub-pane whose list takes applications; false when nothing was added.
+    bool userAddsHostWithPlusButton();
+    // The user turns on the host's switch in the list shown: System Settings
+    // asks for the administrator password, which the scripted user types
+    // `unlockAnswerDelay` seconds later (never when negative); then the switch
+    // is on and the category granted. False when the host is not listed there
+    // or already on.
+    bool userSwitchesOnHost();
+    // Whether System Settings waits for the password to turn a switch on.
+    bool asksForPassword() const { return passwordAsked_; }
+    // The "+" button under the list, in screen coordinates (origin bottom left).
+    Rect plusButtonOnScreen() const;
+    // The sub-pane's title in a language ("en", "de", "fr", "ja"), or
+    // nullopt for an anchor without a sub-pane; System Settings only.
+    static std::optional<std::string> settingsSubPaneTitle(const std::string& language, const std::string& anchor,
+                                                           int majorVersion);
+
     // The authorize event: prompts for unlocking the Security & Privacy pane;
     // the scripted user types the password `unlockAnswerDelay` seconds later,
-    // or never when it is negative.
+    // or never when it is negative. System Settings has no lock and ignores it.
     void authorize();
     void setUnlockAnswerDelay(double seconds) { unlockAnswerDelay_ = seconds; }
     int authorizeEvents() const { return authorizeEvents_; }
@@ -86,12 +133,19 @@ public:
     Rect listFrameOnScreen() const;
 
 private:
+    struct ListedApplication {
+        std::string anchor;
+        bool on = false;
+    };
     bool openURL(const std::string& url);
+    bool listShownTakesApplications() const;
+    void listHost(const std::string& how);
     void showPane(const std::string& pane, const std::string& anchor);
     void writeSecurityPaneBundle();
     void userEventInWindow(const std::string& what);
 
     SimulatedMac& mac_;
+    std::string name_;
     Rect frame_{{386, 120}, {668, 580}};
     std::string pane_ = "com.apple.preference.general";
     std::string anchor_;
@@ -102,6 +156,8 @@ private:
     std::vector<ExtraWindow> extraWindows_;
     std::function<void(const std::string&)> grant_;
     std::vector<std::string> granted_;
+    std::vector<ListedApplication> listed_;
+    bool passwordAsked_ = false;
 };
 
 }  // namespace vantro::sim

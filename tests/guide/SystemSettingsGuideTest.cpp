@@ -1,0 +1,186 @@
+#include <gtest/gtest.h>
+
+#include "Guide/Vantro.h"
+#include "Overlay/VantroWindowController.h"
+#include "Simulator/SimulatedMac.h"
+#include "support/TemporaryResources.h"
+
+namespace vantro {
+namespace {
+
+const std::string preferencesForm = "x-apple.systempreferences:com.apple.preference.security?";
+const std::string settingsForm = "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?";
+
+// From AppKit 2299 (macOS 13) the guide opens System Settings' own form, and
+// the folder categories open the Files and Folders list that exists there.
+TEST(SystemSettingsGuide, PaneURLFollowsTheRelease) {
+    struct Case {
+        double appKit;
+        std::optional<std::string_view> anchor;
+        std::string url;
+    } cases[] = {
+        {2298.99, VantroPrivacyFullDiskAccess, preferencesForm + "Privacy_AllFiles"},
+        {2299.0, VantroPrivacyFullDiskAccess, settingsForm + "Privacy_AllFiles"},
+        {2575.3, VantroPrivacyFullDiskAccess, settingsForm + "Privacy_AllFiles"},
+        {2298.99, VantroPrivacyDesktopFolder, preferencesForm + "Privacy"},
+        {2299.0, VantroPrivacyDesktopFolder, settingsForm + "Privacy_FilesAndFolders"},
+        {2299.0, VantroPrivacyRemovableVolume, settingsForm + "Privacy_FilesAndFolders"},
+        {2299.0, VantroPrivacyFilesAndFolders, settingsForm + "Privacy_FilesAndFolders"},
+        {2299.0, std::nullopt, settingsForm + "Privacy"},
+        {2299.0, VantroPrivacyAssistive, settingsForm + "Privacy_Accessibility"},
+        {2685.4, VantroPrivacyPhotos, settingsForm + "Privacy_Photos"},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(test::atAppKit(c.appKit, "13"));
+        EXPECT_TRUE(Vantro::openPrivacyPreferencesWithAnchor(c.anchor));
+        ASSERT_EQ(mac.workspace().openedURLs().size(), 1u);
+        EXPECT_EQ(mac.workspace().openedURLs()[0], c.url) << c.appKit << " " << c.anchor.value_or("nil");
+    }
+}
+
+TEST(SystemSettingsGuide, NoUnlockIsAskedOfSystemSettings) {
+    for (double appKit : {2298.99, 2299.0}) {
+        sim::SimulatedMac mac(test::atAppKit(appKit, "12"));
+        mac.privacy().setAutomationConsent(SystemPreferencesBundleIdentifier, sim::Consent::Authorized);
+        Vantro::openPrivacyPreferencesWithAnchor(VantroPrivacyFullDiskAccess);
+        mac.runFor(1.0);
+        Vantro::authorizeIfPossible();
+        EXPECT_EQ(mac.systemPreferences().authorizeEvents(), appKit < 2299 ? 1 : 0) << appKit;
+    }
+}
+
+bool mentionsALock(const std::string& text) {
+    for (const char* word : {"lock", "Lock", "Schloss"})
+        if (text.find(word) != std::string::npos) return true;
+    return false;
+}
+
+// The overlay's message from macOS 13: no lock, a switch to turn on, and for
+// the lists an application is added to, both ways of adding it.
+TEST(SystemSettingsGuide, PromptsSayWhatSystemSettingsShows) {
+    struct Case {
+        double appKit;
+        const char* identifier;
+        const char* language;
+        const char* message;
+    } cases[] = {
+        {2298.99, "Privacy_AllFiles", "en",
+         "Click the lock to make changes, then drag Vantro Demo into the list above to give it Full Disk Access."},
+        {2299.0, "Privacy_AllFiles", "en",
+         "Drag Vantro Demo into the list above, or click + below the list and choose Vantro Demo. Then turn on its switch "
+         "to give it Full Disk Access."},
+        {2299.0, "Privacy_AllFiles", "de",
+         "Ziehe Vantro Demo in die Liste oben, oder klicke unter der Liste auf + und wähle Vantro Demo. Schalte es dann "
+         "ein, um ihm vollen Festplattenzugriff zu geben."},
+        {2685.4, "Privacy_Accessibility", "en",
+         "Find Vantro Demo in the list above and turn on its switch. If Vantro Demo is missing, drag it into the list or "
+         "click + below the list."},
+        {2299.0, "Privacy_DesktopFolder", "en", "Find Vantro Demo in the list above and turn on the folders it may use."},
+        {2299.0, "Privacy_Automation", "de", "Suche Vantro Demo in der Liste oben und schalte die Programme ein, die es steuern darf."},
+        {2299.0, "Privacy_Photos", "en", "Find Vantro Demo in the list above and turn on its switch."},
+        {2298.99, "Privacy_Photos", "en", "Find Vantro Demo in the list above and tick its box."},
+        {2299.0, "Privacy_Nothing", "en",
+         "Drag Vantro Demo into the list above, or click + below the list and choose Vantro Demo. Then turn on its switch."},
+    };
+    for (const auto& c : cases) {
+        auto configuration = test::atAppKit(c.appKit, "13");
+        configuration.languages = {c.language};
+        sim::SimulatedMac mac(configuration);
+        auto guide = Vantro::sharedKit();
+        guide->askAccessForPanelIdentifier(std::string_view(c.identifier));
+        EXPECT_EQ(guide->message().value_or("(none)"), c.message) << c.appKit << " " << c.identifier;
+        if (c.appKit >= 2299) {
+            EXPECT_FALSE(mentionsALock(*guide->message())) << c.identifier;
+        }
+        guide->stop();
+    }
+}
+
+// A prompt name without a System Settings text keeps its text from "strings".
+TEST(SystemSettingsGuide, APromptWithoutASystemSettingsTextKeepsItsOwn) {
+    test::TemporaryResources resources;
+    resources.write("Prompts.plist", test::plistDictionary(
+                                         "<key>keys</key><dict><key>Privacy_Default</key><string>Plain</string>"
+                                         "<key>Privacy_Photos</key><string>Special</string></dict>"
+                                         "<key>strings</key><dict><key>Plain</key><string>Grant Permission</string>"
+                                         "<key>Special</key><string>Grant Permission</string></dict>"
+                                         "<key>systemSettingsStrings</key><dict><key>Special</key>"
+                                         "<string>Permission Granted</string></dict>"));
+    sim::SimulatedMac mac(resources.configuration(test::atAppKit(2299.0, "13")));
+    auto guide = Vantro::sharedKit();
+    guide->askAccessForPanelIdentifier(VantroPrivacyPhotos);
+    EXPECT_EQ(guide->message(), "Permission Granted");
+    guide->askAccessForPanelIdentifier(VantroPrivacyContacts);
+    EXPECT_EQ(guide->message(), "Grant Permission");
+    guide->stop();
+}
+
+// The user follows the guide from the "Privacy & Security" page into a
+// sub-pane, then to another page. Up to macOS 12 the title check hides the
+// overlay once the window leaves the pane it was seen on; System Settings'
+// titles name the sub-pane, or are missing without Screen Recording, so from
+// 13 the check is off and the overlay stays over the window.
+TEST(SystemSettingsGuide, TheTitleCheckIsOffOnSystemSettings) {
+    struct Case {
+        const char* release;
+        bool screenRecording;
+        bool shownOnList;
+        bool shownOnGeneral;
+        bool sawPane;
+    } cases[] = {
+        {"12", true, false, false, true},
+        {"12", false, true, true, false},
+        {"13", true, true, true, false},
+        {"13", false, true, true, false},
+        {"26", true, true, true, false},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release});
+        mac.windows().setScreenRecordingAllowed(c.screenRecording);
+        auto guide = Vantro::sharedKit();
+        guide->askAccessForPanelIdentifier(std::nullopt);
+        mac.runFor(2.0);
+        ASSERT_TRUE(guide->isOverlayShown()) << c.release;
+        // Up to 12 the list stands for another tab of the same pane: a pane
+        // of its own shows the change of title.
+        if (mac.systemPreferences().isSystemSettings())
+            mac.systemPreferences().userOpensPrivacyList("Privacy_AllFiles");
+        else
+            mac.systemPreferences().userShowsPane("com.apple.preference.other");
+        mac.runFor(0.1);
+        EXPECT_EQ(guide->isOverlayShown(), c.shownOnList) << c.release << " " << c.screenRecording;
+        mac.systemPreferences().userShowsPane("com.apple.preference.general");
+        mac.runFor(0.1);
+        EXPECT_EQ(guide->isOverlayShown(), c.shownOnGeneral) << c.release << " " << c.screenRecording;
+        EXPECT_EQ(guide->didSeePrivacyPanel(), c.sawPane) << c.release << " " << c.screenRecording;
+        guide->stop();
+    }
+}
+
+// The timeline says what the overlay shows when it appears and whenever its
+// message changes while it shows; the same message again adds nothing.
+TEST(SystemSettingsGuide, TheTimelineTellsTheOverlaysMessage) {
+    sim::SimulatedMac mac(sim::MacConfiguration{.release = "15"});
+    auto guide = Vantro::sharedKit();
+    guide->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess, std::string("First"));
+    mac.runFor(2.0);
+    ASSERT_TRUE(guide->isOverlayShown());
+    guide->windowController()->setMessage(std::string("Second"));
+    guide->windowController()->setMessage(std::string("Second"));
+    guide->windowController()->setMessage(std::nullopt);
+    auto count = [&](const std::string& text) {
+        int n = 0;
+        for (const auto& entry : mac.timeline().entries())
+            if (entry.actor == "overlay" && entry.text == text) ++n;
+        return n;
+    };
+    EXPECT_EQ(count("says \"First\""), 1);
+    EXPECT_EQ(count("says \"Second\""), 1);
+    EXPECT_EQ(count("says nothing"), 1);
+    guide->stop();
+    guide->windowController()->setMessage(std::string("Hidden"));
+    EXPECT_EQ(count("says \"Hidden\""), 0);
+}
+
+}  // namespace
+}  // namespace vantro
