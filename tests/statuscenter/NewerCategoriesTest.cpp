@@ -20,14 +20,17 @@ using sim::PromptAnswer;
 using sim::PromptedService;
 
 // A status center whose refusal alert only records the identifier it was
-// shown for, and whether on the main thread.
+// shown for, and whether on the main thread. The record outlives the center.
 class AlertRecordingCenter : public VantroRequestStatusCenter {
 public:
-    std::vector<std::string> alerts;
-    bool allOnMainThread = true;
+    struct Record {
+        std::vector<std::string> alerts;
+        bool allOnMainThread = true;
+    };
+    std::shared_ptr<Record> record = std::make_shared<Record>();
     void alertOpenPrivacyPreferences(std::string_view identifier) override {
-        alerts.emplace_back(identifier);
-        allOnMainThread = allOnMainThread && HostProcess::current().platform().runLoop().isMainThread();
+        record->alerts.emplace_back(identifier);
+        record->allOnMainThread = record->allOnMainThread && HostProcess::current().platform().runLoop().isMainThread();
     }
 };
 
@@ -244,61 +247,53 @@ TEST(NewerCategories, InputMonitoringWaitsForTheSystemsPromptAndGuidesOnlyAfterA
 }
 
 TEST(NewerCategories, CaptureDevicesAndBluetoothAlertAfterTheirAnswerOnlyWhenRefusedAndLoud) {
+    // Who asks, what the database holds and how the user answers; then the
+    // alerts shown and the status that follows.
     struct Case {
-        const char* name;
         PrivacyCategoryIdentifier identifier;
         Consent before;
         std::optional<PromptAnswer> answer;
         bool silent;
         std::vector<std::string> alerts;
-        Consent after;
+        PrivacyAuthorizationStatus status;
     } cases[] = {
-        {"camera allowed", VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::allow(), false, {}, Consent::Authorized},
-        {"camera refused", VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::deny(), false, {"Privacy_Camera"}, Consent::Denied},
-        {"microphone refused, silent", VantroPrivacyMicrophone, Consent::NotDetermined, PromptAnswer::deny(), true, {}, Consent::Denied},
-        {"microphone refused before", VantroPrivacyMicrophone, Consent::Denied, std::nullopt, false, {"Privacy_Microphone"}, Consent::Denied},
-        {"bluetooth allowed", VantroPrivacyBluetooth, Consent::NotDetermined, PromptAnswer::allow(), false, {}, Consent::Authorized},
-        {"bluetooth restricted", VantroPrivacyBluetooth, Consent::Restricted, std::nullopt, false, {"Privacy_Bluetooth"}, Consent::Restricted},
-        {"bluetooth never answered", VantroPrivacyBluetooth, Consent::NotDetermined, PromptAnswer::never(), false, {}, Consent::NotDetermined},
-        {"bluetooth granted", VantroPrivacyBluetooth, Consent::Authorized, std::nullopt, false, {}, Consent::Authorized},
+        {VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::allow(), false, {}, 2},
+        {VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::deny(), false, {"Privacy_Camera"}, 1},
+        {VantroPrivacyMicrophone, Consent::NotDetermined, PromptAnswer::deny(), true, {}, 1},
+        {VantroPrivacyMicrophone, Consent::Denied, std::nullopt, false, {"Privacy_Microphone"}, 1},
+        {VantroPrivacyBluetooth, Consent::NotDetermined, PromptAnswer::allow(), false, {}, 2},
+        {VantroPrivacyBluetooth, Consent::Restricted, std::nullopt, false, {"Privacy_Bluetooth"}, 0},
+        {VantroPrivacyBluetooth, Consent::NotDetermined, PromptAnswer::never(), false, {}, 0},
+        {VantroPrivacyBluetooth, Consent::Authorized, std::nullopt, false, {}, 2},
     };
-    for (const auto& c : cases) {
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const auto& c = cases[i];
         sim::SimulatedMac mac(test::atAppKit(2685.4, "26"));
         VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
         mac.privacy().setConsentForIdentifier(c.identifier, c.before);
         if (c.answer) mac.privacy().answerNextPrompt(*c.answer);
         auto center = std::make_shared<AlertRecordingCenter>();
         center->requestPrivacyAuthorizationForIdentifier(c.identifier, c.silent);
-        EXPECT_TRUE(center->alerts.empty()) << c.name << ": nothing before the answer";
+        EXPECT_TRUE(center->record->alerts.empty()) << "case " << i << ": nothing before the answer";
         mac.runUntilIdle(30);
-        EXPECT_EQ(center->alerts, c.alerts) << c.name;
-        EXPECT_TRUE(center->allOnMainThread) << c.name;
-        EXPECT_EQ(mac.privacy().prompts().size(), c.answer ? 1u : 0u) << c.name;
-        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(c.identifier),
-                  c.after == Consent::Authorized ? 2 : c.after == Consent::Denied ? 1 : 0)
-            << c.name;
+        EXPECT_EQ(center->record->alerts, c.alerts) << "case " << i;
+        EXPECT_TRUE(center->record->allOnMainThread) << "case " << i;
+        EXPECT_EQ(mac.privacy().prompts().size(), c.answer ? 1u : 0u) << "case " << i;
+        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(c.identifier), c.status) << "case " << i;
     }
 }
 
 TEST(NewerCategories, AnAnswerOutlivingItsRequesterStillRunsOnTheMainQueue) {
     sim::SimulatedMac mac(test::atAppKit(2685.4, "26"));
     VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
-    std::vector<std::string> alerts;
-    class Center : public VantroRequestStatusCenter {
-    public:
-        explicit Center(std::vector<std::string>& alerts) : alerts_(alerts) {}
-        void alertOpenPrivacyPreferences(std::string_view identifier) override { alerts_.emplace_back(identifier); }
-
-    private:
-        std::vector<std::string>& alerts_;
-    };
     mac.privacy().answerNextPrompt(PromptAnswer::deny(1));
-    {
-        auto center = std::make_shared<Center>(alerts);
-        center->requestCameraAuthorization(false);
-    }
+    auto center = std::make_shared<AlertRecordingCenter>();
+    auto record = center->record;
+    center->requestCameraAuthorization(false);
+    center.reset();
     mac.runUntilIdle(5);
-    EXPECT_EQ(alerts, std::vector<std::string>{"Privacy_Camera"});
+    EXPECT_EQ(record->alerts, std::vector<std::string>{"Privacy_Camera"});
+    EXPECT_TRUE(record->allOnMainThread);
 }
 
 TEST(NewerCategories, TheListShowsThemWhereTheReleaseHasThemWithTheirLabels) {
