@@ -274,7 +274,8 @@ bool SimServices::preflightScreenCaptureAccess() {
 
 bool SimServices::requestScreenCaptureAccess() {
     send("CGRequestScreenCaptureAccess");
-    if (preflightScreenCaptureAccess()) return true;
+    if (!releaseAtLeast(mac_, 10, 15)) return true;
+    if (mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::Authorized) return true;
     // Reported: the prompt comes up once per application, whatever the
     // answer, and the call returns before the user has answered.
     if (mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::NotDetermined && !screenCapturePromptShown_) {
