@@ -41,6 +41,12 @@ struct UsageError {
 // configuration; returns false when the argument is none of them.
 bool readMacOption(const std::string& option, Arguments& args, sim::MacConfiguration& configuration);
 
+// Reads "--newer-categories"; returns false when the argument is something else.
+bool readNewerCategoriesOption(const std::string& option, bool& newer);
+// What a host does with one line to have the newer categories (Screen
+// Recording, Input Monitoring, Camera, Microphone, Bluetooth) served.
+void serveNewerCategories(bool newer);
+
 int runStatus(Arguments args, std::ostream& out);
 int runGuide(Arguments args, std::ostream& out);
 int runRoad(Arguments args, std::ostream& out);

@@ -38,9 +38,12 @@ int runGuide(Arguments args, std::ostream& out) {
     sim::MacConfiguration configuration;
     std::optional<std::string> frames;
     std::optional<std::string> identifier;
+    bool newer = false;
     while (!args.empty()) {
         std::string option = args.next();
-        if (readMacOption(option, args, configuration) || readFramesOption(option, args, frames)) continue;
+        if (readMacOption(option, args, configuration) || readFramesOption(option, args, frames) ||
+            readNewerCategoriesOption(option, newer))
+            continue;
         if (option.rfind("--", 0) == 0) throw UsageError{"unknown option \"" + option + "\" for guide"};
         if (identifier) throw UsageError{"guide takes one IDENTIFIER"};
         identifier = option;
@@ -48,6 +51,7 @@ int runGuide(Arguments args, std::ostream& out) {
     if (!identifier) throw UsageError{"guide needs an IDENTIFIER, such as Privacy_AllFiles"};
 
     sim::SimulatedMac mac(configuration);
+    serveNewerCategories(newer);
     Story story(mac, frames);
     auto guide = Vantro::sharedKit();
     auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();

@@ -39,9 +39,10 @@ int runList(Arguments args, std::ostream& out) {
     VantroViewController::ReasonStrings reasons;
     // What the user has already decided, in the order given.
     std::vector<std::pair<std::string, sim::Consent>> decisions;
+    bool newer = false;
     while (!args.empty()) {
         std::string argument = args.next();
-        if (readMacOption(argument, args, configuration)) continue;
+        if (readMacOption(argument, args, configuration) || readNewerCategoriesOption(argument, newer)) continue;
         if (argument == "--reason") {
             auto pair = args.value();
             auto equals = pair ? pair->find('=') : std::string::npos;
@@ -64,6 +65,7 @@ int runList(Arguments args, std::ostream& out) {
         if (!mac.privacy().setConsentForIdentifier(identifier, consent))
             throw UsageError{"\"" + identifier + "\" is not Full Disk Access, a folder, Accessibility, or a service the system asks for"};
     }
+    serveNewerCategories(newer);
     auto controller = VantroViewController::create();
     if (!identifiers.empty()) controller->setRequestedPrivacyCategoryIdentifiers(identifiers);
     if (!reasons.empty()) controller->setReasonStrings(reasons);

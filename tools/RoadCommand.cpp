@@ -5,6 +5,7 @@
 #include "PermissionList/VantroViewController.h"
 #include "Simulator/SimPermissionList.h"
 #include "Story.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
 
 namespace vantro::tool {
 
@@ -23,17 +24,28 @@ void printRows(std::ostream& out, const char* heading, const sim::SimPermissionL
 int runRoad(Arguments args, std::ostream& out) {
     sim::MacConfiguration configuration;
     std::optional<std::string> frames;
+    bool newer = false;
     while (!args.empty()) {
         std::string option = args.next();
         if (option == "--sandboxed") throw UsageError{"road needs Full Disk Access in the list; a sandboxed host never lists it"};
-        if (readMacOption(option, args, configuration) || readFramesOption(option, args, frames)) continue;
+        if (readMacOption(option, args, configuration) || readFramesOption(option, args, frames) ||
+            readNewerCategoriesOption(option, newer))
+            continue;
         throw UsageError{"unknown option \"" + option + "\" for road"};
     }
     if (configuration.appKitVersionNumber() <= 1561.0 + 0.999)
         throw UsageError{"road needs macOS 10.14 or later, where Full Disk Access exists"};
 
     sim::SimulatedMac mac(configuration);
+    serveNewerCategories(newer);
     auto controller = VantroViewController::create();
+    // With the newer categories on, the list asks for them too, below Full
+    // Disk Access; the ones this release lacks are left out.
+    if (newer) {
+        std::vector<std::string> identifiers{std::string(VantroPrivacyFullDiskAccess)};
+        for (auto identifier : VantroPrivacyNewerIdentifiers) identifiers.emplace_back(identifier);
+        controller->setRequestedPrivacyCategoryIdentifiers(std::move(identifiers));
+    }
     controller->setReasonStrings(VantroViewController::ReasonStrings{
         {std::string(VantroPrivacyFullDiskAccess), "Needed to back up every file on your Mac."}});
     sim::SimPermissionList list(mac, controller);

@@ -4,6 +4,7 @@
 
 #include "Command.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
 
 namespace vantro::tool {
 
@@ -62,9 +63,20 @@ bool readMacOption(const std::string& option, Arguments& args, sim::MacConfigura
     return false;
 }
 
+bool readNewerCategoriesOption(const std::string& option, bool& newer) {
+    if (option != "--newer-categories") return false;
+    newer = true;
+    return true;
+}
+
+void serveNewerCategories(bool newer) {
+    if (newer) VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+}
+
 int runStatus(Arguments args, std::ostream& out) {
     sim::MacConfiguration configuration;
     bool json = false;
+    bool newer = false;
     // What the user has already decided, in the order given.
     std::vector<std::pair<std::string, sim::Consent>> decisions;
     const std::pair<std::string_view, sim::Consent> decisionOptions[] = {
@@ -74,7 +86,7 @@ int runStatus(Arguments args, std::ostream& out) {
     };
     while (!args.empty()) {
         std::string option = args.next();
-        if (readMacOption(option, args, configuration)) continue;
+        if (readMacOption(option, args, configuration) || readNewerCategoriesOption(option, newer)) continue;
         if (option == "--json") {
             json = true;
             continue;
@@ -95,9 +107,10 @@ int runStatus(Arguments args, std::ostream& out) {
     for (const auto& [identifier, consent] : decisions) {
         if (mac.privacy().setConsentForIdentifier(identifier, consent)) continue;
         if (consent == sim::Consent::Restricted && mac.privacy().setConsentForIdentifier(identifier, sim::Consent::Denied))
-            throw UsageError{"\"" + identifier + "\" cannot be restricted; only Calendars, Reminders, Contacts and Photos can"};
+            throw UsageError{"\"" + identifier + "\" cannot be restricted; only the services the system asks for can"};
         throw UsageError{"\"" + identifier + "\" is not Full Disk Access, a folder, Accessibility, or a service the system asks for"};
     }
+    serveNewerCategories(newer);
     auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
     struct Row {
         std::string identifier;
@@ -105,9 +118,13 @@ int runStatus(Arguments args, std::ostream& out) {
         PrivacyAuthorizationRequestType type;
     };
     std::vector<Row> rows;
-    for (auto identifier : VantroPrivacyAllIdentifiers) {
+    auto addRow = [&](PrivacyCategoryIdentifier identifier) {
         rows.push_back({std::string(identifier), center->privacyAuthorizationStatusForIdentifier(identifier),
                         center->authorizationRequestTypeForIdentifier(identifier)});
+    };
+    for (auto identifier : VantroPrivacyAllIdentifiers) addRow(identifier);
+    if (newer) {
+        for (auto identifier : VantroPrivacyNewerIdentifiers) addRow(identifier);
     }
 
     if (json) {

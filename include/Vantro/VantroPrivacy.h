@@ -43,6 +43,21 @@ FOUNDATION_EXPORT PrivacyCategoryIdentifier const VantroPrivacyNetworkVolume
 FOUNDATION_EXPORT PrivacyCategoryIdentifier const VantroPrivacyRemovableVolume
     NS_SWIFT_NAME(PrivacyCategoryIdentifier.removableVolume);
 
+/// The categories today's applications ask for. The framework serves them
+/// only once the host has set VantroRequestStatusCenter's class property
+/// servesNewerPrivacyCategories; until then they are answered as any
+/// identifier it does not serve.
+FOUNDATION_EXPORT PrivacyCategoryIdentifier const VantroPrivacyScreenRecording
+    NS_SWIFT_NAME(PrivacyCategoryIdentifier.screenRecording);
+FOUNDATION_EXPORT PrivacyCategoryIdentifier const VantroPrivacyInputMonitoring
+    NS_SWIFT_NAME(PrivacyCategoryIdentifier.inputMonitoring);
+FOUNDATION_EXPORT PrivacyCategoryIdentifier const VantroPrivacyCamera
+    NS_SWIFT_NAME(PrivacyCategoryIdentifier.camera);
+FOUNDATION_EXPORT PrivacyCategoryIdentifier const VantroPrivacyMicrophone
+    NS_SWIFT_NAME(PrivacyCategoryIdentifier.microphone);
+FOUNDATION_EXPORT PrivacyCategoryIdentifier const VantroPrivacyBluetooth
+    NS_SWIFT_NAME(PrivacyCategoryIdentifier.bluetooth);
+
 /// Whether a category is granted. Only these three values are produced;
 /// anything but authorized means not granted.
 typedef NS_ENUM(NSInteger, PrivacyAuthorizationStatus) {
@@ -76,6 +91,8 @@ FOUNDATION_EXPORT NSString *const kContactsAccessRequested;
 FOUNDATION_EXPORT NSString *const kDesktopFolderAccessRequested;
 FOUNDATION_EXPORT NSString *const kDocumentsFolderAccessRequested;
 FOUNDATION_EXPORT NSString *const kDownloadsFolderAccessRequested;
+/// Set once the status center has made the system's Screen Recording request.
+FOUNDATION_EXPORT NSString *const kScreenRecordingAccessRequested;
 
 /// The context of the permission list's observation of the guide's
 /// isOverlayShown: this very object, recognised by identity.

@@ -77,6 +77,30 @@ NS_ASSUME_NONNULL_BEGIN
 - (void)requestAccessibilityAuthorizationStatus:(BOOL)silent
     NS_SWIFT_NAME(requestAccessibilityAuthorizationStatus(silent:));
 
+/// The newer categories. Below the release that brought a category (10.14
+/// for the camera and microphone, 10.15 for the rest) its status is
+/// authorized and its request does nothing.
+- (PrivacyAuthorizationStatus)screenRecordingAuthorizationStatus;
+/// The system's own request the first time; later, the guide, unless silent.
+- (void)requestScreenRecordingAuthorization:(BOOL)silent NS_SWIFT_NAME(requestScreenRecordingAuthorization(silent:));
+- (PrivacyAuthorizationStatus)inputMonitoringAuthorizationStatus;
+/// The system's own request while undecided, which waits for the user;
+/// after a refusal, the guide, unless silent.
+- (void)requestInputMonitoringAuthorization:(BOOL)silent NS_SWIFT_NAME(requestInputMonitoringAuthorization(silent:));
+- (PrivacyAuthorizationStatus)cameraAuthorizationStatus;
+- (void)requestCameraAuthorization:(BOOL)silent NS_SWIFT_NAME(requestCameraAuthorization(silent:));
+- (PrivacyAuthorizationStatus)microphoneAuthorizationStatus;
+- (void)requestMicrophoneAuthorization:(BOOL)silent NS_SWIFT_NAME(requestMicrophoneAuthorization(silent:));
+- (PrivacyAuthorizationStatus)bluetoothAuthorizationStatus;
+- (void)requestBluetoothAuthorization:(BOOL)silent NS_SWIFT_NAME(requestBluetoothAuthorization(silent:));
+
+/// Whether the status center, the permission list and the guide serve Screen
+/// Recording, Input Monitoring, Camera, Microphone and Bluetooth. NO until the
+/// host sets it, on the main thread, for the life of the process; while NO,
+/// their identifiers are answered as any identifier the framework does not
+/// serve.
+@property (class, nonatomic) BOOL servesNewerPrivacyCategories;
+
 /// The modal "Permission Refused" alert, whose first button opens the privacy
 /// settings at the category's anchor. Its texts come from the host's main
 /// bundle.

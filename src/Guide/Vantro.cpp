@@ -5,6 +5,7 @@
 #include "Guide/GuideProcessState.h"
 #include "Overlay/VantroWindowController.h"
 #include "Platform/HostProcess.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
 
 namespace vantro {
 
@@ -87,7 +88,10 @@ std::string Vantro::resolvePrompt(std::optional<std::string_view> identifier) {
     std::optional<std::string> localizationKey;
     if (state.promptTable) {
         const Value* keys = state.promptTable->find("keys");
-        const Value* promptName = keys && identifier ? keys->find(*identifier) : nullptr;
+        // A newer category the host has not turned on gets the default
+        // prompt, as any identifier the table does not list.
+        const Value* promptName =
+            keys && identifier && !isPrivacyCategoryWithheld(*identifier) ? keys->find(*identifier) : nullptr;
         if (!promptName && keys) promptName = keys->find("Privacy_Default");
         const Value* strings = state.promptTable->find("strings");
         // System Settings has no lock and switches instead of boxes: from

@@ -7,6 +7,7 @@
 #include "PermissionList/VantroRequestButtonTableCellView.h"
 #include "Platform/HostProcess.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
 
 namespace vantro {
 
@@ -140,7 +141,10 @@ void VantroViewController::updatePrivacyCategories() {
     std::vector<PrivacyCategoryRecordPtr> rows;
     // Duplicates are kept: an identifier requested twice is listed twice.
     for (const auto& identifier : requestedIdentifiers_) {
-        if (!supported.contains(identifier)) continue;
+        // The newer categories join the list only once the host has turned
+        // them on, and only where the running system has them.
+        const bool newer = newerPrivacyCategoriesServed() && systemHasNewerPrivacyCategory(identifier);
+        if (!supported.contains(identifier) && !newer) continue;
         Value::Dictionary contents;
         contents.emplace(PrivacyCategoryIdentifierKey, identifier);
         contents.emplace(PrivacyCategoryLabelKey, bundle->localizedString(identifier, identifier, PrivacyCategoryLabelsTable));

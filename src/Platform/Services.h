@@ -30,6 +30,17 @@ inline constexpr long EKAuthorizationStatusWriteOnly = 4;
 // kCFURLBookmarkResolutionWithoutUIMask.
 inline constexpr unsigned long kCFURLBookmarkResolutionWithoutUIMask = 256;
 
+// The newer categories' codes. IOHIDRequestType's ListenEvent; IOHIDAccessType;
+// AVMediaTypeVideo's and AVMediaTypeAudio's values. AVAuthorizationStatus and
+// CBManagerAuthorization use the four service codes above (3 is Bluetooth's
+// "allowed always").
+inline constexpr long kIOHIDRequestTypeListenEvent = 1;
+inline constexpr long kIOHIDAccessTypeGranted = 0;
+inline constexpr long kIOHIDAccessTypeDenied = 1;
+inline constexpr long kIOHIDAccessTypeUnknown = 2;
+inline constexpr std::string_view AVMediaTypeVideo = "vide";
+inline constexpr std::string_view AVMediaTypeAudio = "soun";
+
 // A URL as the framework reads it: whether it is a file URL, and its path.
 struct PlatformURL {
     bool isFileURL = false;
@@ -143,6 +154,38 @@ public:
     // user interface when `options` holds kCFURLBookmarkResolutionWithoutUIMask.
     // May block on the disk.
     virtual BookmarkResolution resolveBookmarkData(const Data& bookmark, unsigned long options) = 0;
+
+    // The newer categories. Each is called only on a release that has it:
+    // Screen Recording, Input Monitoring and Bluetooth from 10.15, the capture
+    // devices from 10.14.
+
+    // CGPreflightScreenCaptureAccess(): whether the process may record the
+    // screen. Never prompts.
+    virtual bool preflightScreenCaptureAccess() = 0;
+    // CGRequestScreenCaptureAccess(): the system's prompt, the first time an
+    // application asks, which offers the privacy settings and lists the
+    // application there switched off. Returns at once, before the user
+    // answers, with whether access is there now.
+    virtual bool requestScreenCaptureAccess() = 0;
+    // IOHIDCheckAccess(requestType): an IOHIDAccessType. Never prompts.
+    virtual long hidCheckAccess(long requestType) = 0;
+    // IOHIDRequestAccess(requestType): the system's prompt while undecided,
+    // which offers the privacy settings; blocks the calling thread until the
+    // user answers. Whether access was granted.
+    virtual bool hidRequestAccess(long requestType) = 0;
+    // +[AVCaptureDevice authorizationStatusForMediaType:] for AVMediaTypeVideo
+    // or AVMediaTypeAudio: an AVAuthorizationStatus.
+    virtual long captureDeviceAuthorizationStatus(std::string_view mediaType) = 0;
+    // +[AVCaptureDevice requestAccessForMediaType:completionHandler:]. May
+    // raise the system's prompt. `completion` receives `granted` on a system
+    // queue, as for requestEventStoreAccess.
+    virtual void requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) = 0;
+    // CBManager's class property authorization: a CBManagerAuthorization.
+    virtual long bluetoothAuthorization() = 0;
+    // Starts Core Bluetooth (a central manager made for this request), which
+    // raises the system's prompt while undecided. `completion` receives the
+    // CBManagerAuthorization once the user has decided, on a system queue.
+    virtual void requestBluetoothAccess(std::function<void(long authorization)> completion) = 0;
 };
 
 }  // namespace vantro

@@ -30,6 +30,11 @@ std::string_view SimPrivacy::serviceName(PromptedService service) {
     case PromptedService::Reminders: return "Reminders";
     case PromptedService::Contacts: return "Contacts";
     case PromptedService::Photos: return "Photos";
+    case PromptedService::ScreenRecording: return "Screen Recording";
+    case PromptedService::InputMonitoring: return "Input Monitoring";
+    case PromptedService::Camera: return "Camera";
+    case PromptedService::Microphone: return "Microphone";
+    case PromptedService::Bluetooth: return "Bluetooth";
     }
     return "?";
 }
@@ -150,6 +155,11 @@ bool SimPrivacy::setConsentForIdentifier(std::string_view identifier, Consent co
         {"Privacy_Reminders", PromptedService::Reminders},
         {"Privacy_Contacts", PromptedService::Contacts},
         {"Privacy_Photos", PromptedService::Photos},
+        {"Privacy_ScreenCapture", PromptedService::ScreenRecording},
+        {"Privacy_ListenEvent", PromptedService::InputMonitoring},
+        {"Privacy_Camera", PromptedService::Camera},
+        {"Privacy_Microphone", PromptedService::Microphone},
+        {"Privacy_Bluetooth", PromptedService::Bluetooth},
     };
     for (const auto& [name, service] : services) {
         if (identifier != name) continue;

@@ -17,8 +17,20 @@ class SimulatedMac;
 // management profile, never by the user, and no prompt can change it.
 enum class Consent { NotDetermined, Denied, Authorized, Restricted };
 
-// The services whose access the system asks the user for by itself.
-enum class PromptedService { Calendars, Reminders, Contacts, Photos };
+// The services whose access the system asks the user for by itself. Screen
+// Recording's and Input Monitoring's prompts offer the privacy settings; the
+// user who takes them up and switches the host on is recorded as allowing.
+enum class PromptedService {
+    Calendars,
+    Reminders,
+    Contacts,
+    Photos,
+    ScreenRecording,
+    InputMonitoring,
+    Camera,
+    Microphone,
+    Bluetooth,
+};
 
 // The user folders that the system protects from 10.15 on.
 enum class ProtectedFolder { Desktop, Documents, Downloads };
@@ -67,7 +79,8 @@ public:
 
     // Sets a category by its identifier as `vantro-sim status` names it:
     // "Privacy_AllFiles", a folder, "Privacy_Accessibility" (or
-    // "Privacy_Assistive"), or a prompted service. Full Disk Access,
+    // "Privacy_Assistive"), or a prompted service ("Privacy_ScreenCapture",
+    // "Privacy_ListenEvent", "Privacy_Camera", … included). Full Disk Access,
     // Accessibility and the folders have no restricted state. Answers false,
     // changing nothing, for any other identifier or state.
     bool setConsentForIdentifier(std::string_view identifier, Consent consent);

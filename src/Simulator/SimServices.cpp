@@ -296,6 +296,93 @@ BookmarkResolution SimServices::resolveBookmarkData(const Data& bookmark, unsign
     return {PlatformURL{true, path}, {}};
 }
 
+bool SimServices::preflightScreenCaptureAccess() {
+    send("CGPreflightScreenCaptureAccess");
+    if (!releaseAtLeast(mac_, 10, 15)) return true;
+    return mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::Authorized;
+}
+
+bool SimServices::requestScreenCaptureAccess() {
+    send("CGRequestScreenCaptureAccess");
+    if (!releaseAtLeast(mac_, 10, 15)) return true;
+    if (mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::Authorized) return true;
+    // Reported: the prompt comes up once per application, whatever the
+    // answer, and the call returns before the user has answered.
+    if (mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::NotDetermined && !screenCapturePromptShown_) {
+        screenCapturePromptShown_ = true;
+        mac_.privacy().askUser("Screen Recording", [this](bool allowed) {
+            mac_.privacy().setConsent(PromptedService::ScreenRecording, allowed ? Consent::Authorized : Consent::Denied);
+        });
+    }
+    return false;
+}
+
+long SimServices::hidCheckAccess(long requestType) {
+    send("IOHIDCheckAccess " + std::to_string(requestType));
+    if (!releaseAtLeast(mac_, 10, 15)) return kIOHIDAccessTypeGranted;
+    if (requestType != kIOHIDRequestTypeListenEvent) return kIOHIDAccessTypeUnknown;
+    switch (mac_.privacy().consent(PromptedService::InputMonitoring)) {
+    case Consent::Authorized: return kIOHIDAccessTypeGranted;
+    case Consent::Denied:
+    case Consent::Restricted: return kIOHIDAccessTypeDenied;
+    case Consent::NotDetermined: break;
+    }
+    return kIOHIDAccessTypeUnknown;
+}
+
+bool SimServices::hidRequestAccess(long requestType) {
+    send("IOHIDRequestAccess " + std::to_string(requestType));
+    if (!releaseAtLeast(mac_, 10, 15)) return true;
+    if (requestType != kIOHIDRequestTypeListenEvent) return false;
+    auto& privacy = mac_.privacy();
+    Consent consent = privacy.consent(PromptedService::InputMonitoring);
+    if (consent != Consent::NotDetermined) return consent == Consent::Authorized;
+    auto allowed = privacy.askUserAndWait("Input Monitoring");
+    if (!allowed) return false;
+    privacy.setConsent(PromptedService::InputMonitoring, *allowed ? Consent::Authorized : Consent::Denied);
+    return *allowed;
+}
+
+std::optional<PromptedService> SimServices::captureDevice(std::string_view mediaType) {
+    if (mediaType == AVMediaTypeVideo) return PromptedService::Camera;
+    if (mediaType == AVMediaTypeAudio) return PromptedService::Microphone;
+    return std::nullopt;
+}
+
+long SimServices::captureDeviceAuthorizationStatus(std::string_view mediaType) {
+    send("AVCaptureDevice authorizationStatusForMediaType: " + std::string(mediaType));
+    if (!releaseAtLeast(mac_, 10, 14)) return ServiceAuthorizationStatusAuthorized;
+    auto device = captureDevice(mediaType);
+    return device ? codeFor(mac_.privacy().consent(*device)) : ServiceAuthorizationStatusNotDetermined;
+}
+
+void SimServices::requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) {
+    send("AVCaptureDevice requestAccessForMediaType: " + std::string(mediaType));
+    auto device = captureDevice(mediaType);
+    if (!releaseAtLeast(mac_, 10, 14) || !device) {
+        bool granted = !releaseAtLeast(mac_, 10, 14);
+        mac_.runLoop().dispatchOnSystemQueue(0, [completion, granted] { completion(granted); });
+        return;
+    }
+    requestService(*device, std::move(completion));
+}
+
+long SimServices::bluetoothAuthorization() {
+    send("CBManager authorization");
+    if (!releaseAtLeast(mac_, 10, 15)) return ServiceAuthorizationStatusAuthorized;
+    return codeFor(mac_.privacy().consent(PromptedService::Bluetooth));
+}
+
+void SimServices::requestBluetoothAccess(std::function<void(long authorization)> completion) {
+    send("CBCentralManager initWithDelegate:queue:options:");
+    if (!releaseAtLeast(mac_, 10, 15)) {
+        mac_.runLoop().dispatchOnSystemQueue(0, [completion] { completion(ServiceAuthorizationStatusAuthorized); });
+        return;
+    }
+    requestService(PromptedService::Bluetooth,
+                   [this, completion](bool) { completion(codeFor(mac_.privacy().consent(PromptedService::Bluetooth))); });
+}
+
 void SimServices::setLibraryPreference(LibraryPreference preference) {
     Value canonical;
     switch (preference) {

@@ -31,6 +31,12 @@ class SimulatedMac;
 //   10.14 its status reads "authorized" also when the user refused, the fault
 //   that the private PLPrivacy object (10.14 only, once AssetsLibraryServices
 //   is loaded) answers truthfully.
+// - The newer categories' services: the capture devices' (AVCaptureDevice)
+//   from 10.14; Screen Recording's, Input Monitoring's (IOHID) and
+//   Bluetooth's from 10.15. On earlier releases nothing guards what they
+//   guard, and they answer that access is there. Screen Recording's prompt
+//   comes up the first time the host asks and never again; Input
+//   Monitoring's request waits for the user's answer.
 // - The photo library daemon's preference, from 10.14, with bookmark data of
 //   the library; systemPhotoLibraryURL only when a test adds it.
 //
@@ -60,6 +66,14 @@ public:
     std::optional<PlatformURL> systemPhotoLibraryURL() override;
     std::shared_ptr<PhotosPrivacyObject> photosPrivacySharedInstance() override;
     BookmarkResolution resolveBookmarkData(const Data& bookmark, unsigned long options) override;
+    bool preflightScreenCaptureAccess() override;
+    bool requestScreenCaptureAccess() override;
+    long hidCheckAccess(long requestType) override;
+    bool hidRequestAccess(long requestType) override;
+    long captureDeviceAuthorizationStatus(std::string_view mediaType) override;
+    void requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) override;
+    long bluetoothAuthorization() override;
+    void requestBluetoothAccess(std::function<void(long authorization)> completion) override;
 
     // The private Photos privacy object. Each answer is present or absent on
     // its own; a present answer comes from the privacy database unless fixed.
@@ -115,6 +129,8 @@ private:
     long photosStatus() const;
     // Asks the user while the service is undecided, then answers on a system queue.
     void requestService(PromptedService service, std::function<void(bool granted)> answer);
+    // The capture device behind an AVMediaType, or nullopt for another type.
+    static std::optional<PromptedService> captureDevice(std::string_view mediaType);
 
     SimulatedMac& mac_;
     Availability availability_;
@@ -123,6 +139,7 @@ private:
     bool photosLoaded_ = false;
     bool assetsLibraryServicesLoaded_ = false;
     bool addressBookPromptPending_ = false;
+    bool screenCapturePromptShown_ = false;
 };
 
 }  // namespace vantro::sim

@@ -6,6 +6,7 @@
 
 #include "Guide/Vantro.h"
 #include "Platform/HostProcess.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
 
 namespace vantro {
 
@@ -44,6 +45,12 @@ StatusMap makeStatusMap() {
         {std::string(VantroPrivacyRemovableVolume), &S::foldersAndVolumesAuthorizationStatus},
         {std::string(VantroPrivacyAssistive), &S::accessibilityAuthorizationStatus},
         {std::string(VantroPrivacyAccessibility), &S::accessibilityAuthorizationStatus},
+        // Served only while the host has the newer categories on.
+        {std::string(VantroPrivacyScreenRecording), &S::screenRecordingAuthorizationStatus},
+        {std::string(VantroPrivacyInputMonitoring), &S::inputMonitoringAuthorizationStatus},
+        {std::string(VantroPrivacyCamera), &S::cameraAuthorizationStatus},
+        {std::string(VantroPrivacyMicrophone), &S::microphoneAuthorizationStatus},
+        {std::string(VantroPrivacyBluetooth), &S::bluetoothAuthorizationStatus},
     };
 }
 
@@ -62,6 +69,12 @@ RequestMap makeRequestMap() {
         {std::string(VantroPrivacyRemovableVolume), &S::requestAndFoldersAuthorization},
         {std::string(VantroPrivacyAssistive), &S::requestAccessibilityAuthorizationStatus},
         {std::string(VantroPrivacyAccessibility), &S::requestAccessibilityAuthorizationStatus},
+        // Served only while the host has the newer categories on.
+        {std::string(VantroPrivacyScreenRecording), &S::requestScreenRecordingAuthorization},
+        {std::string(VantroPrivacyInputMonitoring), &S::requestInputMonitoringAuthorization},
+        {std::string(VantroPrivacyCamera), &S::requestCameraAuthorization},
+        {std::string(VantroPrivacyMicrophone), &S::requestMicrophoneAuthorization},
+        {std::string(VantroPrivacyBluetooth), &S::requestBluetoothAuthorization},
     };
 }
 
@@ -71,10 +84,10 @@ void logUnsupported(std::optional<std::string_view> identifier) {
 }
 
 // Finds an identifier's operation in a map, or nullptr for an unknown or
-// missing identifier.
+// missing identifier and for a newer category the host has not turned on.
 template <class Map>
 typename Map::mapped_type lookUp(const Map& map, std::optional<std::string_view> identifier) {
-    if (!identifier) return nullptr;
+    if (!identifier || isPrivacyCategoryWithheld(*identifier)) return nullptr;
     auto it = map.find(*identifier);
     return it == map.end() ? nullptr : it->second;
 }
@@ -121,7 +134,9 @@ PrivacyAuthorizationRequestType VantroRequestStatusCenter::authorizationRequestT
                 state.requestTypes = *plist->dictionary();
         }
     }
-    if (!state.requestTypes || !identifier) return PrivacyAuthorizationRequestTypeRequest;
+    // A newer category the host has not turned on reads as unlisted.
+    if (!state.requestTypes || !identifier || isPrivacyCategoryWithheld(*identifier))
+        return PrivacyAuthorizationRequestTypeRequest;
     auto it = state.requestTypes->find(*identifier);
     if (it == state.requestTypes->end()) return PrivacyAuthorizationRequestTypeRequest;
     auto type = it->second.integerValue();

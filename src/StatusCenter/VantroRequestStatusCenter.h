@@ -90,6 +90,28 @@ public:
     virtual PrivacyAuthorizationStatus accessibilityAuthorizationStatus();
     virtual void requestAccessibilityAuthorizationStatus(bool silent);
 
+    // The newer categories, served once the host has turned them on
+    // (setServesNewerPrivacyCategories). Below the release that brought a
+    // category its status is 2 and its request does nothing.
+    virtual PrivacyAuthorizationStatus screenRecordingAuthorizationStatus();
+    virtual void requestScreenRecordingAuthorization(bool silent);
+    virtual PrivacyAuthorizationStatus inputMonitoringAuthorizationStatus();
+    virtual void requestInputMonitoringAuthorization(bool silent);
+    virtual PrivacyAuthorizationStatus cameraAuthorizationStatus();
+    virtual void requestCameraAuthorization(bool silent);
+    virtual PrivacyAuthorizationStatus microphoneAuthorizationStatus();
+    virtual void requestMicrophoneAuthorization(bool silent);
+    virtual PrivacyAuthorizationStatus bluetoothAuthorizationStatus();
+    virtual void requestBluetoothAuthorization(bool silent);
+
+    // Whether the status center, the permission list and the guide serve the
+    // newer categories (Screen Recording, Input Monitoring, Camera,
+    // Microphone, Bluetooth) in this process. Off until the host turns it on;
+    // while off, their identifiers are answered as any identifier the
+    // framework does not serve. Main thread.
+    static bool servesNewerPrivacyCategories();
+    static void setServesNewerPrivacyCategories(bool serves);
+
     // The refusal alert: "Permission Refused" with a button that opens the
     // privacy settings at `identifier`'s anchor. Modal; blocks until answered.
     virtual void alertOpenPrivacyPreferences(std::string_view identifier);
@@ -108,6 +130,8 @@ private:
     PrivacyAuthorizationStatus folderStatus(PrivacyCategoryIdentifier identifier, std::string_view flag);
     void requestFolder(PrivacyCategoryIdentifier identifier, std::string_view flag, bool silent);
     void requestEventStoreAccess(long entityType, PrivacyCategoryIdentifier identifier, bool silent);
+    PrivacyAuthorizationStatus captureDeviceStatus(PrivacyCategoryIdentifier identifier, std::string_view mediaType);
+    void requestCaptureDevice(PrivacyCategoryIdentifier identifier, std::string_view mediaType, bool silent);
 
     std::atomic<bool> allowPotentiallyVerboseRechecks_{true};
     bool canRelyOnPLPrivacyValue_ = true;

@@ -14,19 +14,32 @@
 // Completions of EventKit, Contacts and Photos arrive on the system's queues
 // and are handed on from a global queue, never on the requester's stack nor
 // the main thread, whatever the system did: the core hops to the main queue.
+// The newer categories: CGPreflightScreenCaptureAccess and
+// CGRequestScreenCaptureAccess, IOHIDCheckAccess and IOHIDRequestAccess, each
+// looked up with dlsym (they exist from 10.15; the framework runs from 10.13);
+// AVFoundation's AVCaptureDevice and Core Bluetooth's CBManager and
+// CBCentralManager, found by name like EventKit. A Bluetooth request starts a
+// central manager, whose start makes the system ask; its delegate keeps it
+// until the user has decided and answers once.
 // Known gaps: the error passed to a completion keeps its domain and code but
 // not its description (the framework reads neither).
 
+#import <AVFoundation/AVFoundation.h>
 #import <AddressBook/AddressBook.h>
 #import <ApplicationServices/ApplicationServices.h>
 #import <Contacts/Contacts.h>
+#import <CoreBluetooth/CoreBluetooth.h>
 #import <CoreFoundation/CoreFoundation.h>
+#import <CoreGraphics/CoreGraphics.h>
 #import <EventKit/EventKit.h>
 #import <Foundation/Foundation.h>
 #import <Photos/Photos.h>
+#include <IOKit/hidsystem/IOHIDLib.h>
 
 #include <dispatch/dispatch.h>
+#include <dlfcn.h>
 
+#include <atomic>
 #include <optional>
 
 #include "macOS/MacAreas.h"
@@ -75,6 +88,60 @@
 + (nullable NSURL*)systemPhotoLibraryURL;
 @end
 
+@protocol VantroCaptureDeviceClass <NSObject>
++ (AVAuthorizationStatus)authorizationStatusForMediaType:(AVMediaType)mediaType;
++ (void)requestAccessForMediaType:(AVMediaType)mediaType completionHandler:(void (^)(BOOL granted))handler;
+@end
+
+@protocol VantroBluetoothManagerClass <NSObject>
++ (CBManagerAuthorization)authorization;
+@end
+
+// Waits for the user's Bluetooth decision: Core Bluetooth asks when a central
+// manager starts and tells the delegate of each state change on the given
+// queue. The waiter keeps itself and its manager alive until the system's
+// authorization is decided, then answers once and lets both go. An answer
+// that never comes keeps them to the end of the process.
+@interface VantroBluetoothAuthorizationWaiter : NSObject <CBCentralManagerDelegate>
+- (instancetype)initWithAnswer:(void (^)(long authorization))answer;
+- (void)startWithManagerClass:(Class)managerClass queue:(dispatch_queue_t)queue;
+@end
+
+@implementation VantroBluetoothAuthorizationWaiter {
+    void (^_answer)(long authorization);
+    CBCentralManager* _manager;
+    VantroBluetoothAuthorizationWaiter* _keptAlive;
+    std::atomic<bool> _answered;
+}
+
+- (instancetype)initWithAnswer:(void (^)(long authorization))answer {
+    if ((self = [super init])) {
+        _answer = answer;
+        _answered = false;
+    }
+    return self;
+}
+
+- (void)startWithManagerClass:(Class)managerClass queue:(dispatch_queue_t)queue {
+    _keptAlive = self;
+    _manager = [[managerClass alloc] initWithDelegate:self queue:queue options:nil];
+}
+
+- (void)centralManagerDidUpdateState:(CBCentralManager*)central {
+    (void)central;
+    Class authorizing = NSClassFromString(@"CBManager");
+    if (![authorizing respondsToSelector:@selector(authorization)]) return;
+    CBManagerAuthorization authorization = [(Class<VantroBluetoothManagerClass>)authorizing authorization];
+    // The first updates may come before the user has answered.
+    if (authorization == CBManagerAuthorizationNotDetermined) return;
+    if (_answered.exchange(true)) return;
+    _answer(authorization);
+    _manager = nil;
+    _keptAlive = nil;
+}
+
+@end
+
 namespace vantro::mac {
 
 namespace {
@@ -91,7 +158,17 @@ const OwningFramework owningFrameworks[] = {
     {@"CNContactStore", @"/System/Library/Frameworks/Contacts.framework"},
     {@"CNAuthorization", @"/System/Library/Frameworks/Contacts.framework"},
     {@"ABAddressBook", @"/System/Library/Frameworks/AddressBook.framework"},
+    {@"AVCaptureDevice", @"/System/Library/Frameworks/AVFoundation.framework"},
+    {@"CBManager", @"/System/Library/Frameworks/CoreBluetooth.framework"},
+    {@"CBCentralManager", @"/System/Library/Frameworks/CoreBluetooth.framework"},
 };
+
+// A function of a system framework looked up by name, or null on a release
+// that lacks it.
+template <class Function>
+Function* systemFunction(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_DEFAULT, name));
+}
 
 // The class of that name, after loading the framework that owns it when it
 // is one of the unlinked ones. nil when the system has no such class.
@@ -279,6 +356,75 @@ public:
         }
         if (error) CFRelease(error);
         return resolution;
+    }
+
+    // The newer categories. Where a release lacks the call, nothing guards
+    // what it would guard, and the answer is that access is there.
+
+    bool preflightScreenCaptureAccess() override {
+        auto preflight = systemFunction<decltype(CGPreflightScreenCaptureAccess)>("CGPreflightScreenCaptureAccess");
+        return preflight ? preflight() : true;
+    }
+
+    bool requestScreenCaptureAccess() override {
+        auto request = systemFunction<decltype(CGRequestScreenCaptureAccess)>("CGRequestScreenCaptureAccess");
+        return request ? request() : true;
+    }
+
+    long hidCheckAccess(long requestType) override {
+        auto check = systemFunction<decltype(IOHIDCheckAccess)>("IOHIDCheckAccess");
+        return check ? check(static_cast<IOHIDRequestType>(requestType)) : ::kIOHIDAccessTypeGranted;
+    }
+
+    bool hidRequestAccess(long requestType) override {
+        auto request = systemFunction<decltype(IOHIDRequestAccess)>("IOHIDRequestAccess");
+        return request ? request(static_cast<IOHIDRequestType>(requestType)) : true;
+    }
+
+    long captureDeviceAuthorizationStatus(std::string_view mediaType) override {
+        Class device = classNamed(@"AVCaptureDevice");
+        if (![device respondsToSelector:@selector(authorizationStatusForMediaType:)]) return AVAuthorizationStatusAuthorized;
+        return [(Class<VantroCaptureDeviceClass>)device authorizationStatusForMediaType:toNSString(mediaType)];
+    }
+
+    void requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) override {
+        Class device = classNamed(@"AVCaptureDevice");
+        if (![device respondsToSelector:@selector(requestAccessForMediaType:completionHandler:)]) {
+            dispatch_async(answerQueue(), ^{
+              completion(true);
+            });
+            return;
+        }
+        [(Class<VantroCaptureDeviceClass>)device requestAccessForMediaType:toNSString(mediaType)
+                                                         completionHandler:^(BOOL granted) {
+                                                           bool answer = granted;
+                                                           dispatch_async(answerQueue(), ^{
+                                                             completion(answer);
+                                                           });
+                                                         }];
+    }
+
+    long bluetoothAuthorization() override {
+        Class manager = classNamed(@"CBManager");
+        if (![manager respondsToSelector:@selector(authorization)]) return CBManagerAuthorizationAllowedAlways;
+        return [(Class<VantroBluetoothManagerClass>)manager authorization];
+    }
+
+    void requestBluetoothAccess(std::function<void(long authorization)> completion) override {
+        Class central = classNamed(@"CBCentralManager");
+        if (!central || ![classNamed(@"CBManager") respondsToSelector:@selector(authorization)]) {
+            dispatch_async(answerQueue(), ^{
+              completion(CBManagerAuthorizationAllowedAlways);
+            });
+            return;
+        }
+        // The delegate hears from the manager on a global queue: never the
+        // main thread, never this stack.
+        VantroBluetoothAuthorizationWaiter* waiter =
+            [[VantroBluetoothAuthorizationWaiter alloc] initWithAnswer:^(long authorization) {
+              completion(authorization);
+            }];
+        [waiter startWithManagerClass:central queue:answerQueue()];
     }
 };
 

@@ -21,6 +21,12 @@ PrivacyCategoryIdentifier const VantroPrivacyDownloadsFolder = @"Privacy_Downloa
 PrivacyCategoryIdentifier const VantroPrivacyNetworkVolume = @"Privacy_NetworkVolume";
 PrivacyCategoryIdentifier const VantroPrivacyRemovableVolume = @"Privacy_RemovableVolume";
 
+PrivacyCategoryIdentifier const VantroPrivacyScreenRecording = @"Privacy_ScreenCapture";
+PrivacyCategoryIdentifier const VantroPrivacyInputMonitoring = @"Privacy_ListenEvent";
+PrivacyCategoryIdentifier const VantroPrivacyCamera = @"Privacy_Camera";
+PrivacyCategoryIdentifier const VantroPrivacyMicrophone = @"Privacy_Microphone";
+PrivacyCategoryIdentifier const VantroPrivacyBluetooth = @"Privacy_Bluetooth";
+
 NSString* const PrivacyCategoryIdentifierKey = @"identifier";
 NSString* const PrivacyCategoryLabelKey = @"label";
 NSString* const PrivacyCategoryReasonKey = @"reason";
@@ -30,5 +36,6 @@ NSString* const kContactsAccessRequested = @"VantroContactsAccessRequested";
 NSString* const kDesktopFolderAccessRequested = @"VantroDesktopFolderAccessRequested";
 NSString* const kDocumentsFolderAccessRequested = @"VantroDocumentsFolderAccessRequested";
 NSString* const kDownloadsFolderAccessRequested = @"VantroDownloadsFolderAccessRequested";
+NSString* const kScreenRecordingAccessRequested = @"VantroScreenRecordingAccessRequested";
 
 NSString* const IsOverlayShownContext = @"isOverlayShown";

@@ -71,6 +71,16 @@ public:
     VANTRO_BRIDGE_REQUEST(requestAndFoldersAuthorization, requestAndFoldersAuthorization)
     VANTRO_BRIDGE_STATUS(accessibilityAuthorizationStatus)
     VANTRO_BRIDGE_REQUEST(requestAccessibilityAuthorizationStatus, requestAccessibilityAuthorizationStatus)
+    VANTRO_BRIDGE_STATUS(screenRecordingAuthorizationStatus)
+    VANTRO_BRIDGE_REQUEST(requestScreenRecordingAuthorization, requestScreenRecordingAuthorization)
+    VANTRO_BRIDGE_STATUS(inputMonitoringAuthorizationStatus)
+    VANTRO_BRIDGE_REQUEST(requestInputMonitoringAuthorization, requestInputMonitoringAuthorization)
+    VANTRO_BRIDGE_STATUS(cameraAuthorizationStatus)
+    VANTRO_BRIDGE_REQUEST(requestCameraAuthorization, requestCameraAuthorization)
+    VANTRO_BRIDGE_STATUS(microphoneAuthorizationStatus)
+    VANTRO_BRIDGE_REQUEST(requestMicrophoneAuthorization, requestMicrophoneAuthorization)
+    VANTRO_BRIDGE_STATUS(bluetoothAuthorizationStatus)
+    VANTRO_BRIDGE_REQUEST(requestBluetoothAuthorization, requestBluetoothAuthorization)
 
 #undef VANTRO_BRIDGE_STATUS
 #undef VANTRO_BRIDGE_REQUEST
@@ -166,6 +176,16 @@ std::optional<std::string_view> identifierView(NSString* identifier, std::string
     return CoreStatusCenter::isApplicationSandboxed();
 }
 
++ (BOOL)servesNewerPrivacyCategories {
+    vantro::mac::installHostProcess();
+    return CoreStatusCenter::servesNewerPrivacyCategories();
+}
+
++ (void)setServesNewerPrivacyCategories:(BOOL)serves {
+    vantro::mac::installHostProcess();
+    CoreStatusCenter::setServesNewerPrivacyCategories(serves);
+}
+
 - (PrivacyAuthorizationStatus)privacyAuthorizationStatusForIdentifier:(PrivacyCategoryIdentifier)identifier {
     std::string storage;
     return static_cast<PrivacyAuthorizationStatus>(
@@ -213,6 +233,16 @@ VANTRO_CORE_REQUEST(requestDownloadsFolderAuthorization)
 VANTRO_CORE_REQUEST(requestAndFoldersAuthorization)
 VANTRO_CORE_STATUS(accessibilityAuthorizationStatus)
 VANTRO_CORE_REQUEST(requestAccessibilityAuthorizationStatus)
+VANTRO_CORE_STATUS(screenRecordingAuthorizationStatus)
+VANTRO_CORE_REQUEST(requestScreenRecordingAuthorization)
+VANTRO_CORE_STATUS(inputMonitoringAuthorizationStatus)
+VANTRO_CORE_REQUEST(requestInputMonitoringAuthorization)
+VANTRO_CORE_STATUS(cameraAuthorizationStatus)
+VANTRO_CORE_REQUEST(requestCameraAuthorization)
+VANTRO_CORE_STATUS(microphoneAuthorizationStatus)
+VANTRO_CORE_REQUEST(requestMicrophoneAuthorization)
+VANTRO_CORE_STATUS(bluetoothAuthorizationStatus)
+VANTRO_CORE_REQUEST(requestBluetoothAuthorization)
 
 #undef VANTRO_CORE_STATUS
 #undef VANTRO_CORE_REQUEST

@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "Vocabulary/NewerPrivacyCategories.h"
 #include "Vocabulary/VantroPrivacy.h"
 
 namespace {
@@ -28,6 +29,10 @@ TEST(PublicInterface, ExportedConstantsAreTheCoresValues) {
     ASSERT_EQ(std::size(exported), vantro::VantroPrivacyAllIdentifiers.size());
     for (std::size_t i = 0; i < std::size(exported); ++i)
         EXPECT_EQ(text(exported[i]), vantro::VantroPrivacyAllIdentifiers[i]);
+    NSString* newer[] = {VantroPrivacyScreenRecording, VantroPrivacyInputMonitoring, VantroPrivacyCamera,
+                         VantroPrivacyMicrophone, VantroPrivacyBluetooth};
+    ASSERT_EQ(std::size(newer), vantro::VantroPrivacyNewerIdentifiers.size());
+    for (std::size_t i = 0; i < std::size(newer); ++i) EXPECT_EQ(text(newer[i]), vantro::VantroPrivacyNewerIdentifiers[i]);
 
     std::pair<NSString*, std::string_view> keys[] = {
         {PrivacyCategoryIdentifierKey, vantro::PrivacyCategoryIdentifierKey},
@@ -38,6 +43,7 @@ TEST(PublicInterface, ExportedConstantsAreTheCoresValues) {
         {kDesktopFolderAccessRequested, vantro::kDesktopFolderAccessRequested},
         {kDocumentsFolderAccessRequested, vantro::kDocumentsFolderAccessRequested},
         {kDownloadsFolderAccessRequested, vantro::kDownloadsFolderAccessRequested},
+        {kScreenRecordingAccessRequested, vantro::kScreenRecordingAccessRequested},
         {IsOverlayShownContext, vantro::IsOverlayShownContext},
     };
     for (const auto& [objc, core] : keys) EXPECT_EQ(text(objc), core);
@@ -72,6 +78,7 @@ TEST(PublicInterface, UnsupportedIdentifiersAnswerNotDeterminedAndRequestNothing
 @interface VantroTestStatusCenter : VantroRequestStatusCenter
 @property (nonatomic) NSInteger calendarsRequests;
 @property (nonatomic) BOOL lastSilent;
+@property (nonatomic) NSInteger cameraRequests;
 @end
 
 @implementation VantroTestStatusCenter
@@ -83,6 +90,15 @@ TEST(PublicInterface, UnsupportedIdentifiersAnswerNotDeterminedAndRequestNothing
 - (void)requestCalendarsAuthorization:(BOOL)silent {
     self.calendarsRequests += 1;
     self.lastSilent = silent;
+}
+
+- (PrivacyAuthorizationStatus)cameraAuthorizationStatus {
+    return PrivacyAuthorizationStatusDenied;
+}
+
+- (void)requestCameraAuthorization:(BOOL)silent {
+    (void)silent;
+    self.cameraRequests += 1;
 }
 
 @end
@@ -99,6 +115,20 @@ TEST(PublicInterface, DispatchByIdentifierRunsTheSubclassesRedefinition) {
     // identifier that shares Accessibility's operation answers as it does.
     EXPECT_EQ([center privacyAuthorizationStatusForIdentifier:VantroPrivacyAssistive],
               [center privacyAuthorizationStatusForIdentifier:VantroPrivacyAccessibility]);
+}
+
+TEST(PublicInterface, TheNewerCategoriesAreServedOnlyOnceTheHostTurnsThemOn) {
+    VantroTestStatusCenter* center = [[VantroTestStatusCenter alloc] init];
+    EXPECT_FALSE(VantroRequestStatusCenter.servesNewerPrivacyCategories);
+    EXPECT_EQ([center privacyAuthorizationStatusForIdentifier:VantroPrivacyCamera], PrivacyAuthorizationStatusNotDetermined);
+    [center requestPrivacyAuthorizationForIdentifier:VantroPrivacyCamera silent:YES];
+    EXPECT_EQ(center.cameraRequests, 0);
+
+    VantroRequestStatusCenter.servesNewerPrivacyCategories = YES;
+    EXPECT_EQ([center privacyAuthorizationStatusForIdentifier:VantroPrivacyCamera], PrivacyAuthorizationStatusDenied);
+    [center requestPrivacyAuthorizationForIdentifier:VantroPrivacyCamera silent:YES];
+    EXPECT_EQ(center.cameraRequests, 1);
+    VantroRequestStatusCenter.servesNewerPrivacyCategories = NO;
 }
 
 TEST(PublicInterface, AutomationOfAMissingApplication) {

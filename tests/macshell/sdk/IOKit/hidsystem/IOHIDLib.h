@@ -1,0 +1,36 @@
+// Stand-in used only by the Mac shell type-check: Input Monitoring's access
+// check and request (macOS 10.15).
+#ifndef VANTRO_MACSHELL_IOHIDLIB_H
+#define VANTRO_MACSHELL_IOHIDLIB_H
+
+#include <stdbool.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// Plain C enums: PostEvent 0, ListenEvent 1; Granted 0, Denied 1, Unknown 2.
+// Checked against docs.rs objc2-io-kit IOHIDCheckAccess and
+// IOHIDRequestAccess (`(IOHIDRequestType) -> IOHIDAccessType` and
+// `(IOHIDRequestType) -> bool`; the request blocks until the user answers, per
+// the function's documentation there). The enum values are unconfirmed
+// against an Apple page.
+typedef enum {
+    kIOHIDRequestTypePostEvent,
+    kIOHIDRequestTypeListenEvent
+} IOHIDRequestType;
+
+typedef enum {
+    kIOHIDAccessTypeGranted,
+    kIOHIDAccessTypeDenied,
+    kIOHIDAccessTypeUnknown
+} IOHIDAccessType;
+
+IOHIDAccessType IOHIDCheckAccess(IOHIDRequestType requestType);
+bool IOHIDRequestAccess(IOHIDRequestType requestType);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

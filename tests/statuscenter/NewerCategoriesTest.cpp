@@ -1,0 +1,327 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "Guide/Vantro.h"
+#include "PermissionList/VantroViewController.h"
+#include "Simulator/SimPermissionList.h"
+#include "Simulator/SimulatedMac.h"
+#include "StatusCenter/VantroRequestStatusCenter.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
+#include "support/TemporaryResources.h"
+
+namespace vantro {
+namespace {
+
+using sim::Consent;
+using sim::PromptAnswer;
+using sim::PromptedService;
+
+// A status center whose refusal alert only records the identifier it was
+// shown for, and whether on the main thread. The record outlives the center.
+class AlertRecordingCenter : public VantroRequestStatusCenter {
+public:
+    struct Record {
+        std::vector<std::string> alerts;
+        bool allOnMainThread = true;
+    };
+    std::shared_ptr<Record> record = std::make_shared<Record>();
+    void alertOpenPrivacyPreferences(std::string_view identifier) override {
+        record->alerts.emplace_back(identifier);
+        record->allOnMainThread = record->allOnMainThread && HostProcess::current().platform().runLoop().isMainThread();
+    }
+};
+
+std::vector<std::string> notSupportedLines(std::initializer_list<PrivacyCategoryIdentifier> identifiers) {
+    std::vector<std::string> lines;
+    for (auto identifier : identifiers) lines.push_back("Privacy category identifier not supported: " + std::string(identifier));
+    return lines;
+}
+
+std::string pane(std::string_view anchor) {
+    return "x-apple.systempreferences:com.apple.preference.security?" + std::string(anchor);
+}
+
+// The labels of the rows a permission list shows for `identifiers`.
+std::vector<std::string> listedLabels(sim::SimulatedMac& mac, std::vector<std::string> identifiers) {
+    auto controller = VantroViewController::create();
+    controller->setRequestedPrivacyCategoryIdentifiers(std::move(identifiers));
+    sim::SimPermissionList list(mac, controller);
+    list.show();
+    std::vector<std::string> labels;
+    for (const auto& row : list.rows()) labels.push_back(row.label);
+    return labels;
+}
+
+TEST(NewerCategories, UntilTheHostTurnsThemOnEveryAnswerIsThatOfAnUnknownIdentifier) {
+    sim::SimulatedMac mac(test::atAppKit(2685.4, "26"));
+    for (auto identifier : VantroPrivacyNewerIdentifiers) mac.privacy().setConsentForIdentifier(identifier, Consent::Authorized);
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    EXPECT_FALSE(VantroRequestStatusCenter::servesNewerPrivacyCategories());
+    for (auto identifier : VantroPrivacyNewerIdentifiers) {
+        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(identifier), 0) << identifier;
+        // Screen Recording and Input Monitoring are listed as 1 in the
+        // resource; unserved, they read as unlisted.
+        EXPECT_EQ(center->authorizationRequestTypeForIdentifier(identifier), 0) << identifier;
+        center->requestPrivacyAuthorizationForIdentifier(identifier, false);
+    }
+    mac.runUntilIdle(5);
+    // One line for the status and one for the request of each.
+    std::vector<std::string> expected;
+    for (auto identifier : VantroPrivacyNewerIdentifiers) {
+        for (const auto& line : notSupportedLines({identifier, identifier})) expected.push_back(line);
+    }
+    EXPECT_EQ(mac.log().lines(), expected);
+    EXPECT_TRUE(mac.services().messages().empty());
+    EXPECT_TRUE(mac.privacy().prompts().empty());
+    EXPECT_TRUE(mac.workspace().openedURLs().empty());
+
+    auto guide = Vantro::sharedKit();
+    guide->askAccessForPanelIdentifier(VantroPrivacyScreenRecording);
+    EXPECT_EQ(guide->message(), "Drag Vantro Demo into the list above to allow it.");
+    guide->stop();
+
+    EXPECT_EQ(listedLabels(mac, {std::string(VantroPrivacyCamera), std::string(VantroPrivacyCalendars)}),
+              std::vector<std::string>{"Calendars"});
+}
+
+TEST(NewerCategories, ServedTheyAnswerFromTheSystemWithTheirOwnRequestTypesAndPrompts) {
+    sim::SimulatedMac mac(test::atAppKit(2685.4, "26"));
+    VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    auto guide = Vantro::sharedKit();
+    struct Case {
+        PrivacyCategoryIdentifier identifier;
+        PrivacyAuthorizationRequestType type;
+        std::string prompt;
+    } cases[] = {
+        {VantroPrivacyScreenRecording, 1,
+         "Find Vantro Demo in the list above and turn it on. If Vantro Demo is missing, drag it into the list."},
+        {VantroPrivacyInputMonitoring, 1,
+         "Find Vantro Demo in the list above and turn it on. If Vantro Demo is missing, drag it into the list."},
+        {VantroPrivacyCamera, 0, "Find Vantro Demo in the list above and tick its box."},
+        {VantroPrivacyMicrophone, 0, "Find Vantro Demo in the list above and tick its box."},
+        {VantroPrivacyBluetooth, 0, "Find Vantro Demo in the list above and tick its box."},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(center->authorizationRequestTypeForIdentifier(c.identifier), c.type) << c.identifier;
+        guide->askAccessForPanelIdentifier(c.identifier);
+        EXPECT_EQ(guide->message(), c.prompt) << c.identifier;
+        guide->stop();
+    }
+    // Every anchor is the identifier itself.
+    for (const auto& c : cases) Vantro::openPrivacyPreferencesWithAnchor(c.identifier);
+    EXPECT_EQ(mac.workspace().openedURLs().back(), pane("Privacy_Bluetooth"));
+    EXPECT_TRUE(mac.log().lines().empty());
+}
+
+TEST(NewerCategories, EachStatusComesFromItsServiceAndNeverPrompts) {
+    struct Case {
+        PrivacyCategoryIdentifier identifier;
+        Consent consent;
+        PrivacyAuthorizationStatus status;
+        const char* message;
+    } cases[] = {
+        {VantroPrivacyScreenRecording, Consent::NotDetermined, 0, "CGPreflightScreenCaptureAccess"},
+        {VantroPrivacyScreenRecording, Consent::Denied, 0, "CGPreflightScreenCaptureAccess"},
+        {VantroPrivacyScreenRecording, Consent::Authorized, 2, "CGPreflightScreenCaptureAccess"},
+        {VantroPrivacyInputMonitoring, Consent::NotDetermined, 0, "IOHIDCheckAccess 1"},
+        {VantroPrivacyInputMonitoring, Consent::Denied, 1, "IOHIDCheckAccess 1"},
+        {VantroPrivacyInputMonitoring, Consent::Restricted, 1, "IOHIDCheckAccess 1"},
+        {VantroPrivacyInputMonitoring, Consent::Authorized, 2, "IOHIDCheckAccess 1"},
+        {VantroPrivacyCamera, Consent::NotDetermined, 0, "AVCaptureDevice authorizationStatusForMediaType: vide"},
+        {VantroPrivacyCamera, Consent::Restricted, 0, "AVCaptureDevice authorizationStatusForMediaType: vide"},
+        {VantroPrivacyCamera, Consent::Denied, 1, "AVCaptureDevice authorizationStatusForMediaType: vide"},
+        {VantroPrivacyMicrophone, Consent::Authorized, 2, "AVCaptureDevice authorizationStatusForMediaType: soun"},
+        {VantroPrivacyMicrophone, Consent::Denied, 1, "AVCaptureDevice authorizationStatusForMediaType: soun"},
+        {VantroPrivacyBluetooth, Consent::Restricted, 0, "CBManager authorization"},
+        {VantroPrivacyBluetooth, Consent::Denied, 1, "CBManager authorization"},
+        {VantroPrivacyBluetooth, Consent::Authorized, 2, "CBManager authorization"},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(test::atAppKit(2022.5, "11"));
+        VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+        mac.privacy().setConsentForIdentifier(c.identifier, c.consent);
+        auto status = VantroRequestStatusCenter::sharedRequestStatusCenter()->privacyAuthorizationStatusForIdentifier(c.identifier);
+        EXPECT_EQ(status, c.status) << c.identifier << " " << sim::SimPrivacy::consentName(c.consent);
+        EXPECT_EQ(mac.services().messages(), std::vector<std::string>{c.message}) << c.identifier;
+        EXPECT_TRUE(mac.privacy().prompts().empty());
+    }
+}
+
+TEST(NewerCategories, BeforeTheirReleaseTheyAreGrantedWithoutAsking) {
+    // Strictly above 1561 for the capture devices, above 1671 for the rest;
+    // 1561.x and 1671.x fall below.
+    struct Case {
+        double appKit;
+        PrivacyCategoryIdentifier identifier;
+        bool asks;
+    } cases[] = {
+        {1561.9, VantroPrivacyCamera, false},          {1562.0, VantroPrivacyCamera, true},
+        {1561.9, VantroPrivacyMicrophone, false},      {1562.0, VantroPrivacyMicrophone, true},
+        {1671.9, VantroPrivacyScreenRecording, false}, {1672.0, VantroPrivacyScreenRecording, true},
+        {1671.9, VantroPrivacyInputMonitoring, false}, {1672.0, VantroPrivacyInputMonitoring, true},
+        {1671.9, VantroPrivacyBluetooth, false},       {1672.0, VantroPrivacyBluetooth, true},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(test::atAppKit(c.appKit, "10.15"));
+        VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+        mac.privacy().setConsentForIdentifier(c.identifier, Consent::Denied);
+        auto center = std::make_shared<AlertRecordingCenter>();
+        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(c.identifier) == 2, !c.asks) << c.identifier << c.appKit;
+        center->requestPrivacyAuthorizationForIdentifier(c.identifier, false);
+        mac.runUntilIdle(5);
+        EXPECT_EQ(mac.services().messages().empty(), !c.asks) << c.identifier << " " << c.appKit;
+        EXPECT_EQ(listedLabels(mac, {std::string(c.identifier)}).size(), c.asks ? 1u : 0u) << c.identifier << c.appKit;
+    }
+}
+
+TEST(NewerCategories, ScreenRecordingAsksTheSystemOnceThenGuidesUnlessSilent) {
+    sim::SimulatedMac mac(test::atAppKit(2487.3, "14"));
+    VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+    mac.privacy().answerNextPrompt(PromptAnswer::deny(0.5));
+    center->requestScreenRecordingAuthorization(true);  // silent: the system's prompt still comes
+    EXPECT_TRUE(mac.defaults().boolForKey(kScreenRecordingAccessRequested));
+    mac.runUntilIdle(5);
+    ASSERT_EQ(mac.privacy().prompts().size(), 1u);
+    EXPECT_EQ(mac.privacy().prompts()[0].service, "Screen Recording");
+    EXPECT_EQ(center->screenRecordingAuthorizationStatus(), 1) << "asked and still missing: refused";
+    EXPECT_TRUE(mac.workspace().openedURLs().empty());
+
+    center->requestScreenRecordingAuthorization(true);
+    mac.runUntilIdle(5);
+    EXPECT_TRUE(mac.workspace().openedURLs().empty()) << "a silent request shows nothing";
+    center->requestScreenRecordingAuthorization(false);
+    ASSERT_FALSE(mac.workspace().openedURLs().empty());
+    EXPECT_EQ(mac.workspace().openedURLs().front(), pane("Privacy_ScreenCapture"));
+    EXPECT_EQ(mac.privacy().prompts().size(), 1u) << "the system asks only once";
+    Vantro::sharedKit()->stop();
+
+    mac.privacy().setConsentForIdentifier(VantroPrivacyScreenRecording, Consent::Authorized);
+    auto opened = mac.workspace().openedURLs().size();
+    center->requestScreenRecordingAuthorization(false);
+    EXPECT_EQ(mac.workspace().openedURLs().size(), opened) << "granted: nothing to do";
+    EXPECT_EQ(center->screenRecordingAuthorizationStatus(), 2);
+}
+
+TEST(NewerCategories, InputMonitoringWaitsForTheSystemsPromptAndGuidesOnlyAfterARefusal) {
+    struct Case {
+        const char* name;
+        Consent before;
+        std::optional<PromptAnswer> answer;
+        bool silent;
+        bool guided;
+        Consent after;
+    } cases[] = {
+        {"allowed at the prompt", Consent::NotDetermined, PromptAnswer::allow(2), false, false, Consent::Authorized},
+        {"refused at the prompt", Consent::NotDetermined, PromptAnswer::deny(2), false, false, Consent::Denied},
+        {"never answered", Consent::NotDetermined, PromptAnswer::never(), false, false, Consent::NotDetermined},
+        {"refused before", Consent::Denied, std::nullopt, false, true, Consent::Denied},
+        {"refused before, silent", Consent::Denied, std::nullopt, true, false, Consent::Denied},
+        {"granted", Consent::Authorized, std::nullopt, false, false, Consent::Authorized},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(test::atAppKit(2575.3, "15"));
+        VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+        mac.privacy().setConsent(PromptedService::InputMonitoring, c.before);
+        if (c.answer) mac.privacy().answerNextPrompt(*c.answer);
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        double before = mac.now();
+        center->requestPrivacyAuthorizationForIdentifier(VantroPrivacyInputMonitoring, c.silent);
+        // The request returns only once the user has answered (or the prompt
+        // was given up).
+        if (c.answer) {
+            EXPECT_GT(mac.now(), before) << c.name;
+        }
+        EXPECT_EQ(mac.privacy().prompts().size(), c.answer ? 1u : 0u) << c.name;
+        EXPECT_EQ(!mac.workspace().openedURLs().empty(), c.guided) << c.name;
+        if (c.guided) {
+            EXPECT_EQ(mac.workspace().openedURLs().front(), pane("Privacy_ListenEvent"));
+        }
+        EXPECT_EQ(mac.privacy().consent(PromptedService::InputMonitoring), c.after) << c.name;
+        Vantro::sharedKit()->stop();
+    }
+}
+
+TEST(NewerCategories, CaptureDevicesAndBluetoothAlertAfterTheirAnswerOnlyWhenRefusedAndLoud) {
+    // Who asks, what the database holds and how the user answers; then the
+    // alerts shown and the status that follows.
+    struct Case {
+        PrivacyCategoryIdentifier identifier;
+        Consent before;
+        std::optional<PromptAnswer> answer;
+        bool silent;
+        std::vector<std::string> alerts;
+        PrivacyAuthorizationStatus status;
+    } cases[] = {
+        {VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::allow(), false, {}, 2},
+        {VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::deny(), false, {"Privacy_Camera"}, 1},
+        {VantroPrivacyMicrophone, Consent::NotDetermined, PromptAnswer::deny(), true, {}, 1},
+        {VantroPrivacyMicrophone, Consent::Denied, std::nullopt, false, {"Privacy_Microphone"}, 1},
+        {VantroPrivacyBluetooth, Consent::NotDetermined, PromptAnswer::allow(), false, {}, 2},
+        {VantroPrivacyBluetooth, Consent::Restricted, std::nullopt, false, {"Privacy_Bluetooth"}, 0},
+        {VantroPrivacyBluetooth, Consent::NotDetermined, PromptAnswer::never(), false, {}, 0},
+        {VantroPrivacyBluetooth, Consent::Authorized, std::nullopt, false, {}, 2},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const auto& c = cases[i];
+        sim::SimulatedMac mac(test::atAppKit(2685.4, "26"));
+        VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+        mac.privacy().setConsentForIdentifier(c.identifier, c.before);
+        if (c.answer) mac.privacy().answerNextPrompt(*c.answer);
+        auto center = std::make_shared<AlertRecordingCenter>();
+        center->requestPrivacyAuthorizationForIdentifier(c.identifier, c.silent);
+        EXPECT_TRUE(center->record->alerts.empty()) << "case " << i << ": nothing before the answer";
+        mac.runUntilIdle(30);
+        EXPECT_EQ(center->record->alerts, c.alerts) << "case " << i;
+        EXPECT_TRUE(center->record->allOnMainThread) << "case " << i;
+        EXPECT_EQ(mac.privacy().prompts().size(), c.answer ? 1u : 0u) << "case " << i;
+        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(c.identifier), c.status) << "case " << i;
+    }
+}
+
+TEST(NewerCategories, AnAnswerOutlivingItsRequesterStillRunsOnTheMainQueue) {
+    sim::SimulatedMac mac(test::atAppKit(2685.4, "26"));
+    VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+    mac.privacy().answerNextPrompt(PromptAnswer::deny(1));
+    auto center = std::make_shared<AlertRecordingCenter>();
+    auto record = center->record;
+    center->requestCameraAuthorization(false);
+    center.reset();
+    mac.runUntilIdle(5);
+    EXPECT_EQ(record->alerts, std::vector<std::string>{"Privacy_Camera"});
+    EXPECT_TRUE(record->allOnMainThread);
+}
+
+TEST(NewerCategories, TheListShowsThemWhereTheReleaseHasThemWithTheirLabels) {
+    const std::vector<std::string> requested = {"Privacy_ScreenCapture", "Privacy_ListenEvent", "Privacy_Camera",
+                                                "Privacy_Microphone", "Privacy_Bluetooth"};
+    struct Case {
+        const char* release;
+        std::vector<std::string> labels;
+    } cases[] = {
+        {"10.13", {}},
+        {"10.14", {"Camera", "Microphone"}},
+        {"10.15", {"Screen Recording", "Input Monitoring", "Camera", "Microphone", "Bluetooth"}},
+        {"27", {"Screen Recording", "Input Monitoring", "Camera", "Microphone", "Bluetooth"}},
+    };
+    for (const auto& c : cases) {
+        sim::MacConfiguration configuration;
+        configuration.release = c.release;
+        sim::SimulatedMac mac(configuration);
+        VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+        EXPECT_EQ(listedLabels(mac, requested), c.labels) << c.release;
+    }
+    sim::MacConfiguration german;
+    german.languages = {"de"};
+    sim::SimulatedMac mac(german);
+    VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+    EXPECT_EQ(listedLabels(mac, requested),
+              (std::vector<std::string>{"Bildschirmaufnahme", "Eingabeüberwachung", "Kamera", "Mikrofon", "Bluetooth"}));
+}
+
+}  // namespace
+}  // namespace vantro
