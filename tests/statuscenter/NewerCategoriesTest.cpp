@@ -40,8 +40,9 @@ std::vector<std::string> notSupportedLines(std::initializer_list<PrivacyCategory
     return lines;
 }
 
+// The privacy settings at `anchor` as System Settings (13 on) opens them.
 std::string pane(std::string_view anchor) {
-    return "x-apple.systempreferences:com.apple.preference.security?" + std::string(anchor);
+    return "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?" + std::string(anchor);
 }
 
 // The labels of the rows a permission list shows for `identifiers`.
@@ -80,7 +81,8 @@ TEST(NewerCategories, UntilTheHostTurnsThemOnEveryAnswerIsThatOfAnUnknownIdentif
 
     auto guide = Vantro::sharedKit();
     guide->askAccessForPanelIdentifier(VantroPrivacyScreenRecording);
-    EXPECT_EQ(guide->message(), "Drag Vantro Demo into the list above to allow it.");
+    EXPECT_EQ(guide->message(),
+              "Drag Vantro Demo into the list above, or click + below the list and choose Vantro Demo. Then turn on its switch.");
     guide->stop();
 
     EXPECT_EQ(listedLabels(mac, {std::string(VantroPrivacyCamera), std::string(VantroPrivacyCalendars)}),
@@ -98,12 +100,14 @@ TEST(NewerCategories, ServedTheyAnswerFromTheSystemWithTheirOwnRequestTypesAndPr
         std::string prompt;
     } cases[] = {
         {VantroPrivacyScreenRecording, 1,
-         "Find Vantro Demo in the list above and turn it on. If Vantro Demo is missing, drag it into the list."},
+         "Find Vantro Demo in the list above and turn on its switch. If Vantro Demo is missing, drag it into the list or "
+         "click + below the list."},
         {VantroPrivacyInputMonitoring, 1,
-         "Find Vantro Demo in the list above and turn it on. If Vantro Demo is missing, drag it into the list."},
-        {VantroPrivacyCamera, 0, "Find Vantro Demo in the list above and tick its box."},
-        {VantroPrivacyMicrophone, 0, "Find Vantro Demo in the list above and tick its box."},
-        {VantroPrivacyBluetooth, 0, "Find Vantro Demo in the list above and tick its box."},
+         "Find Vantro Demo in the list above and turn on its switch. If Vantro Demo is missing, drag it into the list or "
+         "click + below the list."},
+        {VantroPrivacyCamera, 0, "Find Vantro Demo in the list above and turn on its switch."},
+        {VantroPrivacyMicrophone, 0, "Find Vantro Demo in the list above and turn on its switch."},
+        {VantroPrivacyBluetooth, 0, "Find Vantro Demo in the list above and turn on its switch."},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(center->authorizationRequestTypeForIdentifier(c.identifier), c.type) << c.identifier;
