@@ -12,6 +12,7 @@ namespace vantro::tool {
 
 // Exit codes of vantro-sim.
 inline constexpr int ExitOK = 0;
+inline constexpr int ExitFailure = 1;
 inline constexpr int ExitUsage = 2;
 
 // The arguments of one command, consumed left to right.
@@ -34,6 +35,12 @@ private:
 
 // A usage error: the message goes to standard error with the usage text.
 struct UsageError {
+    std::string message;
+};
+
+// A command that cannot go on (pictures that cannot be written): the
+// message goes to standard error, and the tool exits with ExitFailure.
+struct ToolError {
     std::string message;
 };
 

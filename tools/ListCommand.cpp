@@ -5,6 +5,7 @@
 #include "Command.h"
 #include "PermissionList/VantroViewController.h"
 #include "Simulator/SimPermissionList.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
 
 namespace vantro::tool {
 
@@ -29,6 +30,12 @@ std::size_t displayWidth(const std::string& text) {
         i += length;
     }
     return width;
+}
+
+// One of the sixteen identifiers, or of the newer categories.
+bool isKnownIdentifier(std::string_view identifier) {
+    auto in = [&](const auto& all) { return std::find(all.begin(), all.end(), identifier) != all.end(); };
+    return in(VantroPrivacyAllIdentifiers) || in(VantroPrivacyNewerIdentifiers);
 }
 
 }  // namespace
@@ -80,8 +87,19 @@ int runList(Arguments args, std::ostream& out) {
     const auto& requested = controller->requestedPrivacyCategoryIdentifiers();
     for (std::size_t i = 0; i < requested.size(); ++i) out << (i ? " " : "") << requested[i];
     out << "\n\n";
+    // Identifiers the framework does not know are left out of the list, as
+    // are categories this release does not have: the two are told apart.
+    bool unknownRequested = false;
+    for (const auto& identifier : requested) {
+        if (isKnownIdentifier(identifier)) continue;
+        out << "(" << identifier << " is not a privacy category identifier: the list leaves it out)\n";
+        unknownRequested = true;
+    }
+    if (unknownRequested) out << "\n";
     if (rows.empty()) {
-        out << "(the list is empty: no requested category exists on this system)\n";
+        out << (unknownRequested && std::all_of(requested.begin(), requested.end(), [](const std::string& i) { return !isKnownIdentifier(i); })
+                    ? "(the list is empty)\n"
+                    : "(the list is empty: no requested category exists on this system)\n");
         return ExitOK;
     }
 

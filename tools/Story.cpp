@@ -1,9 +1,12 @@
 #include "Story.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <sstream>
 
+#include "Command.h"
 #include "Overlay/VantroWindowController.h"
 #include "Simulator/SimPermissionList.h"
 
@@ -17,6 +20,8 @@ Story::Story(sim::SimulatedMac& mac, std::optional<std::string> framesDirectory)
     if (directory_) {
         std::error_code ec;
         std::filesystem::create_directories(*directory_, ec);
+        if (ec || !std::filesystem::is_directory(*directory_) || access(directory_->c_str(), W_OK) != 0)
+            throw ToolError{"cannot write pictures into " + *directory_ + (ec ? ": " + ec.message() : "")};
     }
 }
 
@@ -45,10 +50,9 @@ void Story::captureIfChanged() {
     char name[32];
     std::snprintf(name, sizeof name, "frame-%02zu.png", frames_.size() + 1);
     std::string path = (std::filesystem::path(*directory_) / name).string();
-    if (sim::renderScreen(mac_, contents_, path)) {
-        frames_.push_back(path);
-        mac_.record("picture", "writes " + path);
-    }
+    if (!sim::renderScreen(mac_, contents_, path)) throw ToolError{"could not write the picture " + path};
+    frames_.push_back(path);
+    mac_.record("picture", "writes " + path);
 }
 
 void Story::runUntil(double time) {

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "Command.h"
+#include "Simulator/SimDiagnostics.h"
 
 namespace {
 
@@ -96,5 +97,14 @@ int main(int argc, char** argv) {
     } catch (const vantro::tool::UsageError& error) {
         std::cerr << "vantro-sim: " << error.message << "\n\n" << usage;
         return vantro::tool::ExitUsage;
+    } catch (const vantro::tool::ToolError& error) {
+        std::cerr << "vantro-sim: " << error.message << "\n";
+        return vantro::tool::ExitFailure;
+    } catch (const vantro::sim::AssertionFailure& failure) {
+        // The framework asserts where a Mac's assertion handler would stop
+        // the host (a URL that cannot be made, for one): the story ends there.
+        std::cerr << "vantro-sim: the framework's assertion failed in " << failure.method << " (" << failure.file << ", line "
+                  << failure.line << "): " << failure.description << "\n";
+        return vantro::tool::ExitFailure;
     }
 }
