@@ -24,7 +24,7 @@ void replaceAll(std::string& text, std::string_view placeholder, std::string_vie
 
 }  // namespace
 
-Vantro::Vantro() {
+Vantro::Vantro(const SharedOwnership&) {
     hostApplication_ = HostProcess::current().platform().workspace().currentApplication();
     if (hostApplication_) hostApplication_->addObserver(*this, "hidden", ObservingOptionNone, ApplicationIsHiddenContext);
 }
@@ -41,7 +41,7 @@ Vantro::~Vantro() {
 
 std::shared_ptr<Vantro> Vantro::sharedKit() {
     auto& state = guideProcessState();
-    std::call_once(state.sharedOnce, [&] { state.shared = std::make_shared<Vantro>(); });
+    std::call_once(state.sharedOnce, [&] { state.shared = makeShared<Vantro>(); });
     return state.shared;
 }
 

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/SharedOwnership.h"
 #include "Platform/Observation.h"
 #include "Platform/Value.h"
 #include "Platform/Windows.h"
@@ -33,12 +34,14 @@ public:
 // The permission guide: leads the user to a privacy category in System
 // Preferences and lays the overlay over the settings window while System
 // Preferences is in front. One shared instance per process (sharedKit);
-// others may be made with std::make_shared and behave the same (delayed work
-// holds the guide, so it needs shared ownership). Observable for
+// others may be made with makeShared<Vantro>() and behave the same (delayed
+// work holds the guide, so it needs shared ownership). Observable for
 // "isOverlayShown". Main thread.
 class Vantro : public Observable, public Observer, public std::enable_shared_from_this<Vantro> {
 public:
-    Vantro();
+    // Made with makeShared<Vantro>() (or of a subclass): delayed work holds
+    // the guide.
+    explicit Vantro(const SharedOwnership&);
     ~Vantro() override;
 
     static std::shared_ptr<Vantro> sharedKit();

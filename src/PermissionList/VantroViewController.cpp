@@ -64,9 +64,9 @@ std::optional<std::string> stringForKey(const PrivacyCategoryRecord& row, std::s
 
 }  // namespace
 
-std::shared_ptr<VantroViewController> VantroViewController::create() { return std::make_shared<VantroViewController>(); }
+std::shared_ptr<VantroViewController> VantroViewController::create() { return makeShared<VantroViewController>(); }
 
-VantroViewController::VantroViewController() : requestedIdentifiers_{std::string(VantroPrivacyFullDiskAccess)} {}
+VantroViewController::VantroViewController(const SharedOwnership&) : requestedIdentifiers_{std::string(VantroPrivacyFullDiskAccess)} {}
 
 VantroViewController::~VantroViewController() {
     // A controller that outlives its process has nothing left to unregister

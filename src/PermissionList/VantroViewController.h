@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/SharedOwnership.h"
 #include "Platform/Controls.h"
 #include "Platform/Observation.h"
 #include "Platform/RunLoop.h"
@@ -24,11 +25,10 @@ namespace vantro {
 // Observable for "privacyCategories", announced each time the rows are
 // replaced; the layout's array controller binds the table to it.
 //
-// Make controllers with create() (or std::make_shared): delayed rebuilds,
-// the refresh timer and the cells hold the controller weakly, through
-// weak_from_this. A controller not owned by a shared_ptr never rebuilds
-// after a delay. The host owns the controller; the platform makes the
-// lifecycle calls. Main thread.
+// Controllers are made with create() (or makeShared of a subclass): delayed
+// rebuilds, the refresh timer and the cells hold the controller weakly,
+// through weak_from_this, which needs shared ownership. The host owns the
+// controller; the platform makes the lifecycle calls. Main thread.
 class VantroViewController : public ViewController,
                              public Observable,
                              public Observer,
@@ -39,7 +39,7 @@ public:
     // init: a controller listing only Full Disk Access, whose view the
     // platform loads from the layout named by viewNibName.
     static std::shared_ptr<VantroViewController> create();
-    VantroViewController();
+    explicit VantroViewController(const SharedOwnership&);
     ~VantroViewController() override;
 
     // The name of the layout the platform loads the view from: the

@@ -94,11 +94,11 @@ typename Map::mapped_type lookUp(const Map& map, std::optional<std::string_view>
 
 }  // namespace
 
-VantroRequestStatusCenter::VantroRequestStatusCenter() = default;
+VantroRequestStatusCenter::VantroRequestStatusCenter(const SharedOwnership&) {}
 
 std::shared_ptr<VantroRequestStatusCenter> VantroRequestStatusCenter::sharedRequestStatusCenter() {
     auto& state = processState();
-    std::call_once(state.sharedOnce, [&] { state.shared = std::make_shared<VantroRequestStatusCenter>(); });
+    std::call_once(state.sharedOnce, [&] { state.shared = makeShared<VantroRequestStatusCenter>(); });
     return state.shared;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/SharedOwnership.h"
 #include "Vocabulary/VantroPrivacy.h"
 
 namespace vantro {
@@ -19,7 +20,9 @@ public:
     using StatusOperation = PrivacyAuthorizationStatus (VantroRequestStatusCenter::*)();
     using RequestOperation = void (VantroRequestStatusCenter::*)(bool silent);
 
-    VantroRequestStatusCenter();
+    // Made with makeShared<VantroRequestStatusCenter>() (or of a subclass):
+    // a pending answer keeps its status center alive.
+    explicit VantroRequestStatusCenter(const SharedOwnership&);
     VantroRequestStatusCenter(const VantroRequestStatusCenter&) = delete;
     VantroRequestStatusCenter& operator=(const VantroRequestStatusCenter&) = delete;
     virtual ~VantroRequestStatusCenter() = default;

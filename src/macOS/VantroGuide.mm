@@ -94,7 +94,7 @@ std::optional<std::string> toOptional(NSString* _Nullable text) { return vantro:
 
 - (instancetype)init {
     vantro::mac::installHostProcess();
-    if ((self = [super init])) [self attachCore:std::make_shared<CoreGuide>()];
+    if ((self = [super init])) [self attachCore:vantro::makeShared<CoreGuide>()];
     return self;
 }
 

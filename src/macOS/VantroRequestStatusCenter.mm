@@ -35,6 +35,7 @@ namespace {
 // outlive the twin).
 class BridgedStatusCenter final : public CoreStatusCenter {
 public:
+    using CoreStatusCenter::CoreStatusCenter;
     void attach(VantroStatusCenterTwin* twin) { twin_ = twin; }
 
 #define VANTRO_BRIDGE_STATUS(name)                                                 \
@@ -120,7 +121,7 @@ std::optional<std::string_view> identifierView(NSString* identifier, std::string
 - (instancetype)init {
     vantro::mac::installHostProcess();
     if ((self = [super init])) {
-        auto core = std::make_shared<BridgedStatusCenter>();
+        auto core = vantro::makeShared<BridgedStatusCenter>();
         core->attach(self);
         _core = std::move(core);
     }

@@ -124,6 +124,7 @@ namespace {
 // it exists, and tells the twin when the core has new rows.
 class BridgedViewController final : public CoreViewController {
 public:
+    using CoreViewController::CoreViewController;
     static constexpr char PublishContext[] = "privacyCategories";
 
     void attach(VantroViewControllerTwin* twin) {
@@ -153,7 +154,7 @@ private:
 BridgedViewController& coreList(std::shared_ptr<BridgedViewController>& slot, VantroViewControllerTwin* twin) {
     if (!slot) {
         vantro::mac::installHostProcess();
-        slot = std::make_shared<BridgedViewController>();
+        slot = vantro::makeShared<BridgedViewController>();
         slot->attach(twin);
     }
     return *slot;

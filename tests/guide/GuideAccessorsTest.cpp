@@ -43,7 +43,7 @@ TEST_F(GuideAccessors, ReplacingTheHostApplicationLeavesTheHiddenObservationWher
 TEST_F(GuideAccessors, AGuideThatGetsItsHostApplicationBackLeavesNothingBehind) {
     auto host = mac.workspace().host();
     const auto hostObservations = host->observationCount();
-    auto own = std::make_shared<Vantro>();
+    auto own = makeShared<Vantro>();
     EXPECT_EQ(host->observationCount(), hostObservations + 1);
     own->setHostApplication(otherApp());
     own->setHostApplication(host);

@@ -130,6 +130,7 @@ TEST(ListLayout, EveryPartOfTheLayoutShowsInWhatTheHostSees) {
 // A subclass with a layout of its own.
 class CustomList : public VantroViewController {
 public:
+    using VantroViewController::VantroViewController;
     std::string viewNibName() const override { return "CustomList"; }
 };
 
@@ -155,7 +156,7 @@ TEST(ListLayout, EachClassLoadsTheLayoutItsViewNibNameNames) {
         if (c.removeBaseLayout) resources.remove("VantroViewController.xib");
         sim::SimulatedMac mac(resources.configuration());
         std::shared_ptr<VantroViewController> controller =
-            c.subclass ? std::make_shared<CustomList>() : VantroViewController::create();
+            c.subclass ? makeShared<CustomList>() : VantroViewController::create();
         EXPECT_EQ(controller->viewNibName(), c.subclass ? "CustomList" : "VantroViewController") << c.name;
         sim::SimPermissionList list(mac, controller);
         list.show();

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
+#include "Guide/Vantro.h"
+#include "PermissionList/VantroViewController.h"
 #include "Simulator/SimulatedMac.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
 #include "support/TemporaryResources.h"
@@ -13,6 +16,7 @@ namespace {
 // A status center whose per-service operations say who was asked.
 class RecordingStatusCenter : public VantroRequestStatusCenter {
 public:
+    using VantroRequestStatusCenter::VantroRequestStatusCenter;
     std::vector<std::string> calls;
     PrivacyAuthorizationStatus fullDiskAccessAuthorizationStatus() override { return record("fullDiskAccess", 2); }
     PrivacyAuthorizationStatus accessibilityAuthorizationStatus() override { return record("accessibility", 2); }
@@ -29,6 +33,14 @@ private:
     }
 };
 
+// The status center, the guide and the list exist only under shared
+// ownership: their pending answers and delayed work rely on it.
+static_assert(!std::is_default_constructible_v<VantroRequestStatusCenter>);
+static_assert(!std::is_default_constructible_v<RecordingStatusCenter>);
+static_assert(!std::is_default_constructible_v<Vantro>);
+static_assert(!std::is_default_constructible_v<VantroViewController>);
+static_assert(!std::is_default_constructible_v<SharedOwnership> && !std::is_copy_constructible_v<SharedOwnership>);
+
 TEST(StatusDispatch, TheSharedInstanceIsOneAndStartsWithBothFlagsSet) {
     sim::SimulatedMac mac;
     auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
@@ -39,7 +51,8 @@ TEST(StatusDispatch, TheSharedInstanceIsOneAndStartsWithBothFlagsSet) {
 
 TEST(StatusDispatch, SharedOperationsAndSubclassRedefinitionsAreWhatRuns) {
     sim::SimulatedMac mac;
-    RecordingStatusCenter center;
+    auto owned = makeShared<RecordingStatusCenter>();
+    RecordingStatusCenter& center = *owned;
     struct Case {
         PrivacyCategoryIdentifier identifier;
         PrivacyAuthorizationStatus status;
@@ -68,7 +81,8 @@ TEST(StatusDispatch, SharedOperationsAndSubclassRedefinitionsAreWhatRuns) {
 
 TEST(StatusDispatch, UnsupportedIdentifiersAnswerZeroWithOneLogLineEach) {
     sim::SimulatedMac mac;
-    RecordingStatusCenter center;
+    auto owned = makeShared<RecordingStatusCenter>();
+    RecordingStatusCenter& center = *owned;
     for (auto identifier : {VantroPrivacyAutomation, VantroPrivacyLocationServices, VantroPrivacyDiagnostics,
                             PrivacyCategoryIdentifier("Privacy_Camera"), PrivacyCategoryIdentifier("")}) {
         EXPECT_EQ(center.privacyAuthorizationStatusForIdentifier(identifier), 0) << identifier;

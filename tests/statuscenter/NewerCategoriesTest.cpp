@@ -23,6 +23,7 @@ using sim::PromptedService;
 // shown for, and whether on the main thread. The record outlives the center.
 class AlertRecordingCenter : public VantroRequestStatusCenter {
 public:
+    using VantroRequestStatusCenter::VantroRequestStatusCenter;
     struct Record {
         std::vector<std::string> alerts;
         bool allOnMainThread = true;
@@ -173,7 +174,7 @@ TEST(NewerCategories, BeforeTheirReleaseTheyAreGrantedWithoutAsking) {
         sim::SimulatedMac mac(test::atAppKit(c.appKit, "10.15"));
         VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
         mac.privacy().setConsentForIdentifier(c.identifier, Consent::Denied);
-        auto center = std::make_shared<AlertRecordingCenter>();
+        auto center = makeShared<AlertRecordingCenter>();
         EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(c.identifier) == 2, !c.asks) << c.identifier << c.appKit;
         center->requestPrivacyAuthorizationForIdentifier(c.identifier, false);
         mac.runUntilIdle(5);
@@ -276,7 +277,7 @@ TEST(NewerCategories, CaptureDevicesAndBluetoothAlertAfterTheirAnswerOnlyWhenRef
         VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
         mac.privacy().setConsentForIdentifier(c.identifier, c.before);
         if (c.answer) mac.privacy().answerNextPrompt(*c.answer);
-        auto center = std::make_shared<AlertRecordingCenter>();
+        auto center = makeShared<AlertRecordingCenter>();
         center->requestPrivacyAuthorizationForIdentifier(c.identifier, c.silent);
         EXPECT_TRUE(center->record->alerts.empty()) << "case " << i << ": nothing before the answer";
         mac.runUntilIdle(30);
@@ -291,7 +292,7 @@ TEST(NewerCategories, AnAnswerOutlivingItsRequesterStillRunsOnTheMainQueue) {
     sim::SimulatedMac mac(test::atAppKit(2685.4, "26"));
     VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
     mac.privacy().answerNextPrompt(PromptAnswer::deny(1));
-    auto center = std::make_shared<AlertRecordingCenter>();
+    auto center = makeShared<AlertRecordingCenter>();
     auto record = center->record;
     center->requestCameraAuthorization(false);
     center.reset();

@@ -251,7 +251,7 @@ TEST(PhotosAuthorization, RequestsAlertOnceWhenLoudAndRefused) {
 
 TEST(PhotosAuthorization, TheAnswerFindsAStatusCenterThatIsGoneAndDoesNothing) {
     sim::SimulatedMac mac;
-    auto center = std::make_shared<VantroRequestStatusCenter>();
+    auto center = makeShared<VantroRequestStatusCenter>();
     std::weak_ptr<VantroRequestStatusCenter> weak = center;
     mac.privacy().answerNextPrompt(PromptAnswer::deny(0));
     center->requestPhotosAuthorization(false);

@@ -22,6 +22,7 @@ constexpr const char* paneAtAllFiles = "x-apple.systempreferences:com.apple.pref
 // which thread.
 class AlertRecordingCenter : public VantroRequestStatusCenter {
 public:
+    using VantroRequestStatusCenter::VantroRequestStatusCenter;
     struct Alert {
         std::string identifier;
         bool onMainThread;
@@ -248,7 +249,7 @@ TEST(ServiceStatuses, EventKitRequestsAlertOnlyWhenRefusedAndLoud) {
         auto service = c.reminders ? PromptedService::Reminders : PromptedService::Calendars;
         mac.privacy().setConsent(service, c.before);
         if (c.answer) mac.privacy().answerNextPrompt(*c.answer);
-        auto center = std::make_shared<AlertRecordingCenter>();
+        auto center = makeShared<AlertRecordingCenter>();
         if (c.reminders) center->requestRemindersAuthorization(c.silent);
         else center->requestCalendarsAuthorization(c.silent);
         mac.runUntilIdle(30);
@@ -284,7 +285,7 @@ TEST(ServiceStatuses, FromSonomaCalendarsAndRemindersAskForFullAccess) {
         sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release});
         mac.services().availability().eventStoreFullAccess = c.fullAccessRequestExists;
         mac.privacy().answerNextPrompt(c.answer);
-        auto center = std::make_shared<AlertRecordingCenter>();
+        auto center = makeShared<AlertRecordingCenter>();
         if (c.reminders) center->requestRemindersAuthorization(false);
         else center->requestCalendarsAuthorization(false);
         mac.runUntilIdle(30);
@@ -331,7 +332,7 @@ TEST(ServiceStatuses, APendingAnswerKeepsTheStatusCenterAlive) {
     // Records its alerts outside itself, so they can be read once it is gone.
     class Center : public VantroRequestStatusCenter {
     public:
-        explicit Center(std::vector<std::string>& alerts) : alerts_(alerts) {}
+        Center(const SharedOwnership& key, std::vector<std::string>& alerts) : VantroRequestStatusCenter(key), alerts_(alerts) {}
         void alertOpenPrivacyPreferences(std::string_view identifier) override { alerts_.emplace_back(identifier); }
 
     private:
@@ -341,7 +342,7 @@ TEST(ServiceStatuses, APendingAnswerKeepsTheStatusCenterAlive) {
     for (bool calendars : {true, false}) {
         sim::SimulatedMac mac;
         alerts.clear();
-        auto center = std::make_shared<Center>(alerts);
+        auto center = makeShared<Center>(alerts);
         std::weak_ptr<Center> weak = center;
         mac.privacy().answerNextPrompt(PromptAnswer::deny(2.0));
         if (calendars) center->requestCalendarsAuthorization(false);
@@ -389,7 +390,7 @@ TEST(ServiceStatuses, ContactsFromElCapitanAskTheContactsClasses) {
 TEST(ServiceStatuses, AContactsRequestFromElCapitanLeavesTheFlagAlone) {
     for (std::string release : {"10.11", "15"}) {
         sim::SimulatedMac mac(sim::MacConfiguration{.release = release});
-        auto center = std::make_shared<AlertRecordingCenter>();
+        auto center = makeShared<AlertRecordingCenter>();
         mac.privacy().answerNextPrompt(PromptAnswer::deny());
         center->requestContactsAuthorization(false);
         EXPECT_TRUE(center->alerts.empty()) << "the answer comes later";
@@ -402,7 +403,7 @@ TEST(ServiceStatuses, AContactsRequestFromElCapitanLeavesTheFlagAlone) {
     }
     sim::SimulatedMac without(sim::MacConfiguration{.release = "10.12"});
     without.services().availability().contactStore = false;
-    auto center = std::make_shared<AlertRecordingCenter>();
+    auto center = makeShared<AlertRecordingCenter>();
     center->requestContactsAuthorization(false);
     without.runUntilIdle(5);
     EXPECT_TRUE(center->alerts.empty());
@@ -446,7 +447,7 @@ TEST(ServiceStatuses, AContactsRequestBeforeElCapitanAlertsAtOnce) {
     for (const auto& c : cases) {
         sim::SimulatedMac mac(sim::MacConfiguration{.release = "10.9"});
         mac.privacy().setConsent(PromptedService::Contacts, c.consent);
-        auto center = std::make_shared<AlertRecordingCenter>();
+        auto center = makeShared<AlertRecordingCenter>();
         center->requestContactsAuthorization(c.silent);
         EXPECT_EQ(center->alerts.size(), c.alerts) << "on the calling thread, before returning";
         EXPECT_TRUE(mac.defaults().boolForKey(kContactsAccessRequested));
@@ -474,7 +475,7 @@ TEST(ServiceStatuses, AccessibilityNeverPromptsAndAlertsEvenWhenSilent) {
     for (const auto& c : cases) {
         sim::SimulatedMac mac(test::atAppKit(c.appKit));
         mac.privacy().setAccessibilityTrusted(c.trusted);
-        auto center = std::make_shared<AlertRecordingCenter>();
+        auto center = makeShared<AlertRecordingCenter>();
         EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(VantroPrivacyAssistive), c.status);
         EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(VantroPrivacyAccessibility), c.status);
         center->requestAccessibilityAuthorizationStatus(c.silent);
