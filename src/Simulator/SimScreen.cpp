@@ -38,6 +38,17 @@ void text(cairo_t* cr, double x, double y, const std::string& s, double size, bo
 }
 
 // A window with a shadow, a title bar with its three buttons and a title.
+// The close, minimise and zoom buttons, the first centred on `first`; faded
+// in a window that is not active.
+void drawWindowButtons(cairo_t* cr, Point first, bool active) {
+    const double buttons[3][3] = {{1, 0.37, 0.34}, {1, 0.74, 0.18}, {0.16, 0.79, 0.25}};
+    for (int i = 0; i < 3; ++i) {
+        setColor(cr, buttons[i][0], buttons[i][1], buttons[i][2], active ? 1 : 0.35);
+        cairo_arc(cr, first.x + 20 * i, first.y, 6, 0, 2 * std::numbers::pi);
+        cairo_fill(cr);
+    }
+}
+
 void drawWindow(cairo_t* cr, const Rect& frame, const std::string& title, bool active) {
     setColor(cr, 0, 0, 0, 0.25);
     roundedRect(cr, {{frame.origin.x + 2, frame.origin.y + 6}, frame.size}, 10);
@@ -48,12 +59,7 @@ void drawWindow(cairo_t* cr, const Rect& frame, const std::string& title, bool a
     setColor(cr, active ? 0.88 : 0.93, active ? 0.88 : 0.93, active ? 0.88 : 0.93);
     cairo_rectangle(cr, frame.origin.x, frame.origin.y + 8, frame.size.width, titleBarHeight - 8);
     cairo_fill(cr);
-    const double buttons[3][3] = {{1, 0.37, 0.34}, {1, 0.74, 0.18}, {0.16, 0.79, 0.25}};
-    for (int i = 0; i < 3; ++i) {
-        setColor(cr, buttons[i][0], buttons[i][1], buttons[i][2], active ? 1 : 0.35);
-        cairo_arc(cr, frame.origin.x + 16 + 20 * i, frame.origin.y + 14, 6, 0, 2 * std::numbers::pi);
-        cairo_fill(cr);
-    }
+    drawWindowButtons(cr, {frame.origin.x + 16, frame.origin.y + 14}, active);
     setColor(cr, 0.2, 0.2, 0.2);
     cairo_text_extents_t extents;
     cairo_select_font_face(cr, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
@@ -176,12 +182,7 @@ void drawSystemSettings(SimulatedMac& mac, cairo_t* cr, bool active) {
     setColor(cr, 0.91, 0.91, 0.93);
     roundedRect(cr, {{frame.origin.x + 6, frame.origin.y + 6}, {sidebarWidth - 12, frame.size.height - 12}}, 9);
     cairo_fill(cr);
-    const double buttons[3][3] = {{1, 0.37, 0.34}, {1, 0.74, 0.18}, {0.16, 0.79, 0.25}};
-    for (int i = 0; i < 3; ++i) {
-        setColor(cr, buttons[i][0], buttons[i][1], buttons[i][2], active ? 1 : 0.35);
-        cairo_arc(cr, frame.origin.x + 24 + 20 * i, frame.origin.y + 24, 6, 0, 2 * std::numbers::pi);
-        cairo_fill(cr);
-    }
+    drawWindowButtons(cr, {frame.origin.x + 24, frame.origin.y + 24}, active);
     setColor(cr, 0.84, 0.84, 0.86);
     roundedRect(cr, {{frame.origin.x + 16, frame.origin.y + 44}, {sidebarWidth - 32, 24}}, 6);
     cairo_fill(cr);

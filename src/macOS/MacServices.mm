@@ -246,32 +246,35 @@ public:
 
     void requestEventStoreAccess(long entityType,
                                  std::function<void(bool granted, const PlatformError* error)> completion) override {
-        Class storeClass = classNamed(@"EKEventStore");
-        if (!storeClass) return;
-        // Made for this request alone; released when this returns.
-        EKEventStore* store = [[storeClass alloc] init];
-        auto answer = completionFor(std::move(completion));
-        EKEventStoreRequestAccessCompletionHandler handler = ^(BOOL granted, NSError* _Nullable error) {
-          answer(granted, error);
-        };
-        [store requestAccessToEntityType:static_cast<EKEntityType>(entityType) completion:handler];
+        requestWithEventStore(std::move(completion), ^(EKEventStore* store, EKEventStoreRequestAccessCompletionHandler handler) {
+          [store requestAccessToEntityType:static_cast<EKEntityType>(entityType) completion:handler];
+        });
     }
 
     void requestFullEventStoreAccess(long entityType,
                                      std::function<void(bool granted, const PlatformError* error)> completion) override {
+        requestWithEventStore(std::move(completion), ^(EKEventStore* store, EKEventStoreRequestAccessCompletionHandler handler) {
+          // The core asks only where the store answers the request; the
+          // check keeps the compiler's availability rules for a 10.13
+          // deployment.
+          if (@available(macOS 14.0, *)) {
+              if (entityType == EKEntityTypeReminder) [store requestFullAccessToRemindersWithCompletion:handler];
+              else [store requestFullAccessToEventsWithCompletion:handler];
+          }
+        });
+    }
+
+    // Sends one request to an event store made for it alone (released when
+    // this returns), with a handler that passes the answer on.
+    static void requestWithEventStore(std::function<void(bool granted, const PlatformError* error)> completion,
+                                      void (^send)(EKEventStore* store, EKEventStoreRequestAccessCompletionHandler handler)) {
         Class storeClass = classNamed(@"EKEventStore");
         if (!storeClass) return;
         EKEventStore* store = [[storeClass alloc] init];
         auto answer = completionFor(std::move(completion));
-        EKEventStoreRequestAccessCompletionHandler handler = ^(BOOL granted, NSError* _Nullable error) {
+        send(store, ^(BOOL granted, NSError* _Nullable error) {
           answer(granted, error);
-        };
-        // The core asks only where the store answers the request; the check
-        // keeps the compiler's availability rules for a 10.13 deployment.
-        if (@available(macOS 14.0, *)) {
-            if (entityType == EKEntityTypeReminder) [store requestFullAccessToRemindersWithCompletion:handler];
-            else [store requestFullAccessToEventsWithCompletion:handler];
-        }
+        });
     }
 
     long contactsAuthorizationStatus(std::string_view className, long entityType) override {
