@@ -47,7 +47,31 @@ void SimRunLoop::cancelPreviousPerformRequests(const void* target, std::string_v
 }
 
 void SimRunLoop::dispatchAsyncMain(std::function<void()> work) {
-    schedule(now_, Item{Kind::MainQueue, nullptr, nullptr, {}, std::move(work)});
+    if (ownsLoop()) {
+        schedule(now_, Item{Kind::MainQueue, nullptr, nullptr, {}, std::move(work)});
+        return;
+    }
+    std::lock_guard lock(inboxMutex_);
+    inbox_.push_back(std::move(work));
+}
+
+bool SimRunLoop::ownsLoop() const {
+    const auto self = std::this_thread::get_id();
+    return self == mainThread_ || self == systemQueueThread_.load();
+}
+
+void SimRunLoop::takeInbox() {
+    std::vector<std::function<void()>> arrived;
+    {
+        std::lock_guard lock(inboxMutex_);
+        arrived.swap(inbox_);
+    }
+    for (auto& work : arrived) schedule(now_, Item{Kind::MainQueue, nullptr, nullptr, {}, std::move(work)});
+}
+
+std::size_t SimRunLoop::pendingCount() const {
+    std::lock_guard lock(inboxMutex_);
+    return items_.size() + inbox_.size();
 }
 
 void SimRunLoop::dispatchAfterMain(double seconds, std::function<void()> work) {
@@ -76,6 +100,7 @@ bool SimRunLoop::runsIn(Kind kind, std::string_view mode) {
 
 std::map<SimRunLoop::Key, SimRunLoop::Item>::iterator SimRunLoop::nextRunnable(std::string_view mode,
                                                                               bool excludeRepeatingTimers) {
+    takeInbox();
     for (auto it = items_.begin(); it != items_.end(); ++it) {
         const Item& item = it->second;
         if (item.kind == Kind::Timer && !item.timer->valid) continue;
@@ -101,10 +126,12 @@ void SimRunLoop::runItem(Key key, Item item) {
         return;
     }
     case Kind::SystemQueue: {
-        bool was = onSystemQueue_;
-        onSystemQueue_ = true;
-        item.work();
-        onSystemQueue_ = was;
+        std::thread queue([this, work = std::move(item.work)] {
+            systemQueueThread_ = std::this_thread::get_id();
+            work();
+            systemQueueThread_ = std::thread::id();
+        });
+        queue.join();
         return;
     }
     default: item.work(); return;
@@ -114,6 +141,7 @@ void SimRunLoop::runItem(Key key, Item item) {
 std::size_t SimRunLoop::runOnePass(std::string_view mode) {
     std::string previousMode = mode_;
     mode_ = std::string(mode);
+    takeInbox();
     const std::uint64_t passStart = nextSequence_;
     std::size_t ran = 0;
     // Items are looked up afresh after each run: the work may cancel or add
@@ -203,6 +231,11 @@ void SimRunLoop::discardPendingWork() {
     while (!items_.empty()) {
         auto items = std::move(items_);
         items_.clear();
+    }
+    std::vector<std::function<void()>> arrived;
+    {
+        std::lock_guard lock(inboxMutex_);
+        arrived.swap(inbox_);
     }
 }
 

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "Platform/RunLoop.h"
 
@@ -27,15 +30,20 @@ public:
     std::shared_ptr<Timer> scheduledTimer(double interval, bool repeats, std::function<void(Timer&)> block) override;
     void performAfterDelay(const void* target, std::string_view selector, double delay, std::function<void()> work) override;
     void cancelPreviousPerformRequests(const void* target, std::string_view selector) override;
+    // Safe from any thread, as the main queue is: work from a thread other
+    // than the loop's own waits in an inbox that the loop empties, in order,
+    // at its next pass.
     void dispatchAsyncMain(std::function<void()> work) override;
     void dispatchAfterMain(double seconds, std::function<void()> work) override;
-    // The main thread is the one that made the loop; system-queue work runs
-    // off it even though the simulated Mac runs it on that same thread.
-    bool isMainThread() const override { return std::this_thread::get_id() == mainThread_ && !onSystemQueue_; }
+    // The main thread is the one that made the loop.
+    bool isMainThread() const override { return std::this_thread::get_id() == mainThread_; }
     std::string currentMode() const override { return mode_; }
 
     // Work of the system on a queue of its own (answers of EventKit, Contacts,
-    // Photos), `delay` seconds from now. It runs with isMainThread() false.
+    // Photos), `delay` seconds from now. It runs on a thread of its own, as
+    // the system's queues do, while the main thread waits for it: the story
+    // stays deterministic, and what the work touches crosses threads as it
+    // does on a Mac.
     void dispatchOnSystemQueue(double delay, std::function<void()> work);
     // Something the user does, `delay` seconds from now, in whatever mode.
     void scheduleUserEvent(double delay, std::function<void()> work);
@@ -64,7 +72,7 @@ public:
     // Pending work of each kind, for tests.
     std::size_t pendingTimers() const;
     std::size_t pendingPerforms(const void* target, std::string_view selector) const;
-    std::size_t pendingCount() const { return items_.size(); }
+    std::size_t pendingCount() const;
 
 private:
     enum class Kind { Timer, Perform, MainQueue, SystemQueue, UserEvent };
@@ -84,13 +92,20 @@ private:
     std::map<Key, Item>::iterator nextRunnable(std::string_view mode, bool excludeRepeatingTimers = false);
     void runItem(Key key, Item item);
     bool advanceTo(double limit, std::string_view mode);
+    // Whether the calling thread is the loop's own: the main thread, or the
+    // system-queue thread the main thread is waiting for.
+    bool ownsLoop() const;
+    // Schedules the inbox's work on the main queue, in the order it came.
+    void takeInbox();
 
     double now_ = 0;
     std::uint64_t nextSequence_ = 0;
     std::map<Key, Item> items_;
     std::string mode_{NSDefaultRunLoopMode};
-    bool onSystemQueue_ = false;
     std::thread::id mainThread_ = std::this_thread::get_id();
+    std::atomic<std::thread::id> systemQueueThread_{};
+    mutable std::mutex inboxMutex_;
+    std::vector<std::function<void()>> inbox_;
 };
 
 }  // namespace vantro::sim

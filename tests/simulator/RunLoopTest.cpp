@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Simulator/SimulatedMac.h"
@@ -62,6 +65,54 @@ TEST(SimRunLoop, SystemQueuesAndTheUserActInEveryMode) {
     EXPECT_DOUBLE_EQ(loop.now(), 1.0);
     loop.runOnePass();
     EXPECT_EQ(ran, (std::vector<std::string>{"system", "user", "main queue"}));
+}
+
+TEST(SimRunLoop, SystemQueueWorkRunsOnAThreadOfItsOwnAndHandsBackToMain) {
+    SimRunLoop loop;
+    const auto main = std::this_thread::get_id();
+    std::vector<std::string> order;
+    std::thread::id queueThread;
+    bool queueSawMain = true;
+    loop.dispatchOnSystemQueue(0.5, [&] {
+        queueThread = std::this_thread::get_id();
+        queueSawMain = loop.isMainThread();
+        order.push_back("system queue");
+        loop.dispatchAsyncMain([&] {
+            order.push_back(std::this_thread::get_id() == main && loop.isMainThread() ? "main, on main" : "main, elsewhere");
+        });
+    });
+    loop.dispatchAfterMain(0.5, [&] { order.push_back("main queue, due with it"); });
+    loop.runFor(1.0);
+    EXPECT_NE(queueThread, std::thread::id());
+    EXPECT_NE(queueThread, main);
+    EXPECT_FALSE(queueSawMain);
+    // The hop to main waits for the next pass, after work already due.
+    EXPECT_EQ(order, (std::vector<std::string>{"system queue", "main queue, due with it", "main, on main"}));
+}
+
+TEST(SimRunLoop, OtherThreadsPostToTheMainQueueSafelyAndInTheirOrder) {
+    SimRunLoop loop;
+    constexpr int threads = 4, posts = 200;
+    std::vector<std::vector<int>> seen(threads);
+    std::atomic<int> ran = 0;
+    std::vector<std::thread> posters;
+    for (int t = 0; t < threads; ++t)
+        posters.emplace_back([&, t] {
+            for (int i = 0; i < posts; ++i)
+                loop.dispatchAsyncMain([&, t, i] {
+                    seen[static_cast<std::size_t>(t)].push_back(i);
+                    ++ran;
+                });
+        });
+    // The main thread runs its loop meanwhile; every post arrives.
+    while (ran.load() < threads * posts) loop.runOnePass();
+    for (auto& poster : posters) poster.join();
+    loop.runOnePass();
+    EXPECT_EQ(loop.pendingCount(), 0u);
+    for (const auto& one : seen) {
+        ASSERT_EQ(one.size(), static_cast<std::size_t>(posts));
+        EXPECT_TRUE(std::is_sorted(one.begin(), one.end()));
+    }
 }
 
 TEST(SimRunLoop, ATimerDoesNotFireWhileAModalAlertRunsTheLoop) {
