@@ -56,6 +56,8 @@ let package = Package(
                 .linkedFramework("AppKit"),
                 .linkedFramework("ApplicationServices"),
                 .linkedFramework("CoreGraphics"),
+                // The Input Monitoring calls are looked up by name in IOKit.
+                .linkedFramework("IOKit"),
                 .linkedFramework("Security"),
                 .linkedFramework("ScriptingBridge"),
             ]
