@@ -49,13 +49,19 @@ void drawWindowButtons(cairo_t* cr, Point first, bool active) {
     }
 }
 
+// A rounded panel of grey `face` over its shadow, which falls `drop` points
+// below it and 2 to the right.
+void drawShadowedPanel(cairo_t* cr, const Rect& frame, double radius, double face, double drop, double shadowAlpha) {
+    setColor(cr, 0, 0, 0, shadowAlpha);
+    roundedRect(cr, {{frame.origin.x + 2, frame.origin.y + drop}, frame.size}, radius);
+    cairo_fill(cr);
+    setColor(cr, face, face, face);
+    roundedRect(cr, frame, radius);
+    cairo_fill(cr);
+}
+
 void drawWindow(cairo_t* cr, const Rect& frame, const std::string& title, bool active) {
-    setColor(cr, 0, 0, 0, 0.25);
-    roundedRect(cr, {{frame.origin.x + 2, frame.origin.y + 6}, frame.size}, 10);
-    cairo_fill(cr);
-    setColor(cr, 0.96, 0.96, 0.96);
-    roundedRect(cr, frame, 10);
-    cairo_fill(cr);
+    drawShadowedPanel(cr, frame, 10, 0.96, 6, 0.25);
     setColor(cr, active ? 0.88 : 0.93, active ? 0.88 : 0.93, active ? 0.88 : 0.93);
     cairo_rectangle(cr, frame.origin.x, frame.origin.y + 8, frame.size.width, titleBarHeight - 8);
     cairo_fill(cr);
@@ -172,13 +178,8 @@ void drawSwitch(cairo_t* cr, double x, double y, bool on) {
 void drawSystemSettings(SimulatedMac& mac, cairo_t* cr, bool active) {
     auto& settings = mac.systemPreferences();
     const Rect frame = settings.windowFrame();
-    const double sidebarWidth = 215;
-    setColor(cr, 0, 0, 0, 0.25);
-    roundedRect(cr, {{frame.origin.x + 2, frame.origin.y + 6}, frame.size}, 12);
-    cairo_fill(cr);
-    setColor(cr, 0.98, 0.98, 0.98);
-    roundedRect(cr, frame, 12);
-    cairo_fill(cr);
+    const double sidebarWidth = SimSystemPreferences::settingsSidebarWidth;
+    drawShadowedPanel(cr, frame, 12, 0.98, 6, 0.25);
     setColor(cr, 0.91, 0.91, 0.93);
     roundedRect(cr, {{frame.origin.x + 6, frame.origin.y + 6}, {sidebarWidth - 12, frame.size.height - 12}}, 9);
     cairo_fill(cr);
@@ -268,12 +269,7 @@ void drawSystemSettings(SimulatedMac& mac, cairo_t* cr, bool active) {
     if (settings.asksForPassword()) {
         // The authorization dialog, over the page.
         const Rect dialog{{pageX + 60, frame.origin.y + 290}, {frame.size.width - sidebarWidth - 120, 150}};
-        setColor(cr, 0, 0, 0, 0.3);
-        roundedRect(cr, {{dialog.origin.x + 2, dialog.origin.y + 5}, dialog.size}, 12);
-        cairo_fill(cr);
-        setColor(cr, 0.97, 0.97, 0.97);
-        roundedRect(cr, dialog, 12);
-        cairo_fill(cr);
+        drawShadowedPanel(cr, dialog, 12, 0.97, 5, 0.3);
         setColor(cr, 0.1, 0.1, 0.1);
         text(cr, dialog.origin.x + 20, dialog.origin.y + 32, "System Settings", 13, true);
         setColor(cr, 0.25, 0.25, 0.25);

@@ -25,7 +25,6 @@ constexpr std::string_view settingsPrivacyExtension = "com.apple.settings.Privac
 // System Settings' window: a fixed width (reported as 710 to 715 points, the
 // exact value unconfirmed) and a height of its own.
 constexpr Rect settingsWindowFrame{{362, 100}, {715, 620}};
-constexpr double settingsSidebarWidth = 215;
 
 // System Settings' titles of the "Privacy & Security" page and its sub-panes,
 // by anchor, in English, German, French and Japanese. The English ones are

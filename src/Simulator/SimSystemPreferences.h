@@ -37,6 +37,9 @@ public:
     explicit SimSystemPreferences(SimulatedMac& mac);
 
     static constexpr const char* securityPane = "com.apple.preference.security";
+    // The width of System Settings' sidebar: its page, and the privacy list
+    // on it, start to the right of it.
+    static constexpr double settingsSidebarWidth = 215;
 
     // From macOS 13: System Settings.
     bool isSystemSettings() const;
