@@ -8,6 +8,11 @@
 
 namespace vantro {
 
+// The SecCSFlags the signature calls take.
+inline constexpr std::uint32_t kSecCSDefaultFlags = 0;
+inline constexpr std::uint32_t kSecCSDoNotValidateExecutable = 1u << 1;
+inline constexpr std::uint32_t kSecCSDoNotValidateResources = 1u << 2;
+
 struct OperatingSystemVersion {
     int majorVersion = 0;
     int minorVersion = 0;

@@ -19,6 +19,8 @@ public:
 };
 
 constexpr std::int32_t errSecCSReqFailed = -67050;
+constexpr std::int32_t errSecCSBadResource = -67054;
+constexpr std::int32_t errSecCSSignatureFailed = -67061;
 constexpr std::int32_t errSecCSStaticCodeNotFound = -67068;
 
 }  // namespace
@@ -49,11 +51,16 @@ std::shared_ptr<CodeRequirement> SimSystem::createRequirementWithString(std::str
     return std::make_shared<SimRequirement>(std::string(text));
 }
 
-std::int32_t SimSystem::checkStaticCodeValidity(const StaticCode& code, std::uint32_t, const CodeRequirement& requirement) {
+std::int32_t SimSystem::checkStaticCodeValidity(const StaticCode& code, std::uint32_t flags, const CodeRequirement& requirement) {
     ++validityChecks_;
     const auto& staticCode = static_cast<const SimStaticCode&>(code);
     const auto& req = static_cast<const SimRequirement&>(requirement);
     if (staticCode.url != mainBundleURL()) return errSecCSStaticCodeNotFound;
+    // The signature itself is checked first, then what the flags leave in.
+    const auto& configuration = mac_.configuration();
+    if (configuration.executableChangedAfterSigning && !(flags & kSecCSDoNotValidateExecutable))
+        return errSecCSSignatureFailed;
+    if (configuration.resourcesChangedAfterSigning && !(flags & kSecCSDoNotValidateResources)) return errSecCSBadResource;
     // The host's signature holds exactly one entitlement that a requirement
     // can ask about: the App Sandbox, when the host is sandboxed.
     bool asksForSandbox = req.text == "entitlement[\"com.apple.security.app-sandbox\"] exists";

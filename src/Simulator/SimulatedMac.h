@@ -46,6 +46,11 @@ struct MacConfiguration {
     bool userDatabaseHasEntry = true;
     bool staticCodeCreationFails = false;
     bool requirementCreationFails = false;
+    // The host's executable or its resources changed after it was signed, as
+    // a developer's build often is: a signature check that validates that
+    // part fails (errSecCSSignatureFailed, errSecCSBadResource).
+    bool executableChangedAfterSigning = false;
+    bool resourcesChangedAfterSigning = false;
 
     // The overriding number, else the release's; 0 for an unknown release.
     double appKitVersionNumber() const;
@@ -69,6 +74,13 @@ public:
 
     const MacConfiguration& configuration() const { return configuration_; }
     const MacRelease& release() const { return release_; }
+    // From now on the system answers as `release` does (throwing, as the
+    // constructor does, for one MacRelease does not know), or signs the host
+    // with or without the App Sandbox. A real process never sees this; it
+    // shows which answers the framework keeps once made. Windows and
+    // applications already there stay as they are.
+    void changeRelease(const std::string& release);
+    void setSandboxed(bool sandboxed) { configuration_.sandboxed = sandboxed; }
     HostProcess& process() { return *process_; }
     // A platform made of this Mac's components, for a process other than its
     // own (the default process a Mac shell would make, in tests). It must

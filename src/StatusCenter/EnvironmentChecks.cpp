@@ -8,9 +8,6 @@ namespace vantro {
 
 namespace {
 
-constexpr std::uint32_t kSecCSDefaultFlags = 0;
-constexpr std::uint32_t kSecCSDoNotValidateExecutable = 1u << 1;
-constexpr std::uint32_t kSecCSDoNotValidateResources = 1u << 2;
 constexpr std::int32_t errSecSuccess = 0;
 constexpr std::string_view sandboxRequirement = "entitlement[\"com.apple.security.app-sandbox\"] exists";
 

@@ -19,6 +19,10 @@ TEST(EnvironmentChecks, TheSandboxIsReadFromTheSignatureOnce) {
         {"sandboxed", {.sandboxed = true}, true, 1},
         {"no static code", {.sandboxed = true, .staticCodeCreationFails = true}, false, 0},
         {"no requirement", {.sandboxed = true, .requirementCreationFails = true}, false, 0},
+        // Only the entitlements count: a build changed after signing is
+        // still the sandboxed host it was signed as.
+        {"executable changed", {.sandboxed = true, .executableChangedAfterSigning = true}, true, 1},
+        {"resources changed", {.sandboxed = true, .resourcesChangedAfterSigning = true}, true, 1},
     };
     for (const auto& c : cases) {
         sim::SimulatedMac mac(c.configuration);
