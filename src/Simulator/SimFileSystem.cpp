@@ -37,9 +37,12 @@ void SimFileSystem::setHomeEntry(std::string_view relativePath, Entry entry) {
 }
 
 void SimFileSystem::setListingError(std::string_view path, int posixCode) {
-    std::string standardized = stringByStandardizingPath(path);
-    if (posixCode == 0) listingErrors_.erase(standardized);
-    else listingErrors_.insert_or_assign(standardized, posixCode);
+    if (posixCode == 0) listingErrors_.erase(stringByStandardizingPath(path));
+    else setListingError(path, PosixFileSystem::cocoaErrorForPosixCode(posixCode));
+}
+
+void SimFileSystem::setListingError(std::string_view path, PlatformError error) {
+    listingErrors_.insert_or_assign(stringByStandardizingPath(path), std::move(error));
 }
 
 std::size_t SimFileSystem::listingsOf(std::string_view path) {
@@ -64,7 +67,10 @@ std::optional<std::vector<std::string>> SimFileSystem::contentsOfDirectoryAtPath
     // are looked at before the privacy database, as the kernel does.
     bool isDirectory = false;
     if (!posix_.fileExistsAtPath(standardized, &isDirectory)) return posix_.contentsOfDirectoryAtPath(standardized, error);
-    if (auto it = listingErrors_.find(standardized); it != listingErrors_.end()) return fail(it->second);
+    if (auto it = listingErrors_.find(standardized); it != listingErrors_.end()) {
+        if (error) *error = it->second;
+        return std::nullopt;
+    }
     if (mac_.privacy().refusesListing(standardized)) return fail(EPERM);
     return posix_.contentsOfDirectoryAtPath(standardized, error);
 }

@@ -18,7 +18,8 @@ class SimulatedMac;
 // of an undecided protected folder asks the user and waits for the answer.
 //
 // Plain permission bits do not stop the root user the tests may run as, so a
-// listing failure with any POSIX code (EACCES, say) can be set per path.
+// listing failure can be set per path: any POSIX code (EACCES, say), or any
+// error at all, as other file systems' drivers answer.
 //
 // The user's home holds, from the start, the eight directories that need Full
 // Disk Access, the Desktop, Documents and Downloads folders, and the system
@@ -38,6 +39,8 @@ public:
     // Makes every listing of the path fail with this POSIX error (EACCES…);
     // 0 clears it. `path` may start with "~".
     void setListingError(std::string_view path, int posixCode);
+    // Makes every listing of the path fail with exactly this error.
+    void setListingError(std::string_view path, PlatformError error);
 
     // Every listing asked for, in order, as the standardised paths given.
     const std::vector<std::string>& listedPaths() const { return listed_; }
@@ -50,7 +53,7 @@ private:
     SimulatedMac& mac_;
     PosixFileSystem posix_;
     std::string home_;
-    std::map<std::string, int, std::less<>> listingErrors_;
+    std::map<std::string, PlatformError, std::less<>> listingErrors_;
     std::vector<std::string> listed_;
 };
 

@@ -31,7 +31,7 @@ TEST(FilesAndFoldersProbe, AuthorizedWithoutLookingUpTo1671) {
 }
 
 TEST(FilesAndFoldersProbe, VerdictTable) {
-    enum Setup { Granted, Refused, Missing, PlainFile, Eacces, RefusedWithFullDiskAccess };
+    enum Setup { Granted, Refused, Missing, PlainFile, Eacces, RefusedWithFullDiskAccess, CodeOneElsewhere, OuterEperm };
     struct Case {
         const char* name;
         Setup setup;
@@ -43,6 +43,9 @@ TEST(FilesAndFoldersProbe, VerdictTable) {
         {"a plain file", PlainFile, 0},
         {"EACCES on an existing folder", Eacces, 2},
         {"Full Disk Access opens a refused folder", RefusedWithFullDiskAccess, 2},
+        // Only an EPERM beneath the file manager's error means refused.
+        {"code 1 of another domain beneath", CodeOneElsewhere, 2},
+        {"EPERM as the outer error", OuterEperm, 2},
     };
     for (const auto& c : cases) {
         sim::SimulatedMac mac;
@@ -59,6 +62,16 @@ TEST(FilesAndFoldersProbe, VerdictTable) {
         case RefusedWithFullDiskAccess:
             privacy.setFolderConsent(ProtectedFolder::Downloads, Consent::Denied);
             privacy.setFullDiskAccess(true);
+            break;
+        case CodeOneElsewhere:
+            mac.fileSystem().setListingError(
+                "~/Downloads", PlatformError{"NSCocoaErrorDomain", 257,
+                                             std::make_shared<PlatformError>(PlatformError{"NSOSStatusErrorDomain", 1, nullptr})});
+            break;
+        case OuterEperm:
+            mac.fileSystem().setListingError(
+                "~/Downloads", PlatformError{"NSPOSIXErrorDomain", 1,
+                                             std::make_shared<PlatformError>(PlatformError{"NSPOSIXErrorDomain", 13, nullptr})});
             break;
         }
         EXPECT_EQ(S::filesAndFoldersAuthorizationStatus(VantroPrivacyDownloadsFolder), c.status) << c.name;
