@@ -104,6 +104,12 @@ double MacConfiguration::appKitVersionNumber() const {
     return r ? r->appKitVersionNumber : 0;
 }
 
+void SimulatedMac::changeRelease(const std::string& release) {
+    release_ = knownRelease(release);
+    configuration_.release = release;
+    configuration_.appKitVersion.reset();
+}
+
 SimulatedMac::SimulatedMac(MacConfiguration configuration)
     : configuration_(std::move(configuration)),
       release_(knownRelease(configuration_.release)) {

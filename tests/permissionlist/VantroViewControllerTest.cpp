@@ -72,6 +72,24 @@ TEST(PermissionList, SupportedCategoriesFollowTheFlooredAppKitVersionAndTheSandb
     }
 }
 
+TEST(PermissionList, TheSupportedCategoriesAreTheFirstListsForTheLifeOfTheProcess) {
+    sim::SimulatedMac mac;  // 10.15, not sandboxed
+    auto listed = [&] {
+        auto controller = VantroViewController::create();
+        controller->setRequestedPrivacyCategoryIdentifiers(allIdentifiers());
+        sim::SimPermissionList list(mac, controller);
+        list.loadView();
+        return identifiersOf(controller->privacyCategories());
+    };
+    const auto first = listed();
+    ASSERT_EQ(first.size(), 15u);
+    // Neither an older release nor the sandbox, told after the first list,
+    // changes what a later list of the same process offers.
+    mac.changeRelease("10.13");
+    mac.setSandboxed(true);
+    EXPECT_EQ(listed(), first);
+}
+
 TEST(PermissionList, TheDefaultListShowsFullDiskAccessExceptInASandbox) {
     for (bool sandboxed : {false, true}) {
         sim::MacConfiguration configuration;
