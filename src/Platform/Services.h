@@ -155,37 +155,40 @@ public:
     // May block on the disk.
     virtual BookmarkResolution resolveBookmarkData(const Data& bookmark, unsigned long options) = 0;
 
-    // The newer categories. Each is called only on a release that has it:
-    // Screen Recording, Input Monitoring and Bluetooth from 10.15, the capture
-    // devices from 10.14.
+    // The newer categories. The framework calls them only on a release that
+    // has the category: Screen Recording, Input Monitoring and Bluetooth from
+    // 10.15, the capture devices from 10.14. Where the system lacks a call
+    // all the same, a status answers nullopt and a request false, with no
+    // answer to come; what that means is the framework's to decide.
 
     // CGPreflightScreenCaptureAccess(): whether the process may record the
     // screen. Never prompts.
-    virtual bool preflightScreenCaptureAccess() = 0;
+    virtual std::optional<bool> preflightScreenCaptureAccess() = 0;
     // CGRequestScreenCaptureAccess(): the system's prompt, the first time an
     // application asks, which offers the privacy settings and lists the
     // application there switched off. Returns at once, before the user
     // answers, with whether access is there now.
-    virtual bool requestScreenCaptureAccess() = 0;
+    virtual std::optional<bool> requestScreenCaptureAccess() = 0;
     // IOHIDCheckAccess(requestType): an IOHIDAccessType. Never prompts.
-    virtual long hidCheckAccess(long requestType) = 0;
+    virtual std::optional<long> hidCheckAccess(long requestType) = 0;
     // IOHIDRequestAccess(requestType): the system's prompt while undecided,
     // which offers the privacy settings; blocks the calling thread until the
     // user answers. Whether access was granted.
-    virtual bool hidRequestAccess(long requestType) = 0;
+    virtual std::optional<bool> hidRequestAccess(long requestType) = 0;
     // +[AVCaptureDevice authorizationStatusForMediaType:] for AVMediaTypeVideo
     // or AVMediaTypeAudio: an AVAuthorizationStatus.
-    virtual long captureDeviceAuthorizationStatus(std::string_view mediaType) = 0;
+    virtual std::optional<long> captureDeviceAuthorizationStatus(std::string_view mediaType) = 0;
     // +[AVCaptureDevice requestAccessForMediaType:completionHandler:]. May
     // raise the system's prompt. `completion` receives `granted` on a system
-    // queue, as for requestEventStoreAccess.
-    virtual void requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) = 0;
+    // queue, as for requestEventStoreAccess. False when nothing was asked.
+    virtual bool requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) = 0;
     // CBManager's class property authorization: a CBManagerAuthorization.
-    virtual long bluetoothAuthorization() = 0;
+    virtual std::optional<long> bluetoothAuthorization() = 0;
     // Starts Core Bluetooth (a central manager made for this request), which
     // raises the system's prompt while undecided. `completion` receives the
     // CBManagerAuthorization once the user has decided, on a system queue.
-    virtual void requestBluetoothAccess(std::function<void(long authorization)> completion) = 0;
+    // False when nothing was asked.
+    virtual bool requestBluetoothAccess(std::function<void(long authorization)> completion) = 0;
 };
 
 }  // namespace vantro

@@ -79,6 +79,8 @@ SimServices::SimServices(SimulatedMac& mac) : mac_(mac) {
     availability_.contactStore = releaseAtLeast(mac, 10, 11);
     availability_.photoLibrary = releaseAtLeast(mac, 10, 13);
     availability_.photosPrivacy.classExists = isMojave(mac);
+    availability_.captureDevice = releaseAtLeast(mac, 10, 14);
+    availability_.screenCapture = availability_.hidAccess = availability_.bluetoothAuthorization = releaseAtLeast(mac, 10, 15);
     setLibraryPreference(releaseAtLeast(mac, 10, 14) ? LibraryPreference::ValidBookmark : LibraryPreference::Absent);
 }
 
@@ -296,15 +298,15 @@ BookmarkResolution SimServices::resolveBookmarkData(const Data& bookmark, unsign
     return {PlatformURL{true, path}, {}};
 }
 
-bool SimServices::preflightScreenCaptureAccess() {
+std::optional<bool> SimServices::preflightScreenCaptureAccess() {
+    if (!availability_.screenCapture) return std::nullopt;
     send("CGPreflightScreenCaptureAccess");
-    if (!releaseAtLeast(mac_, 10, 15)) return true;
     return mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::Authorized;
 }
 
-bool SimServices::requestScreenCaptureAccess() {
+std::optional<bool> SimServices::requestScreenCaptureAccess() {
+    if (!availability_.screenCapture) return std::nullopt;
     send("CGRequestScreenCaptureAccess");
-    if (!releaseAtLeast(mac_, 10, 15)) return true;
     if (mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::Authorized) return true;
     // Reported: the prompt comes up once per application, whatever the
     // answer, and the call returns before the user has answered.
@@ -317,9 +319,9 @@ bool SimServices::requestScreenCaptureAccess() {
     return false;
 }
 
-long SimServices::hidCheckAccess(long requestType) {
+std::optional<long> SimServices::hidCheckAccess(long requestType) {
+    if (!availability_.hidAccess) return std::nullopt;
     send("IOHIDCheckAccess " + std::to_string(requestType));
-    if (!releaseAtLeast(mac_, 10, 15)) return kIOHIDAccessTypeGranted;
     if (requestType != kIOHIDRequestTypeListenEvent) return kIOHIDAccessTypeUnknown;
     switch (mac_.privacy().consent(PromptedService::InputMonitoring)) {
     case Consent::Authorized: return kIOHIDAccessTypeGranted;
@@ -330,9 +332,9 @@ long SimServices::hidCheckAccess(long requestType) {
     return kIOHIDAccessTypeUnknown;
 }
 
-bool SimServices::hidRequestAccess(long requestType) {
+std::optional<bool> SimServices::hidRequestAccess(long requestType) {
+    if (!availability_.hidAccess) return std::nullopt;
     send("IOHIDRequestAccess " + std::to_string(requestType));
-    if (!releaseAtLeast(mac_, 10, 15)) return true;
     if (requestType != kIOHIDRequestTypeListenEvent) return false;
     auto& privacy = mac_.privacy();
     Consent consent = privacy.consent(PromptedService::InputMonitoring);
@@ -349,38 +351,37 @@ std::optional<PromptedService> SimServices::captureDevice(std::string_view media
     return std::nullopt;
 }
 
-long SimServices::captureDeviceAuthorizationStatus(std::string_view mediaType) {
+std::optional<long> SimServices::captureDeviceAuthorizationStatus(std::string_view mediaType) {
+    if (!availability_.captureDevice) return std::nullopt;
     send("AVCaptureDevice authorizationStatusForMediaType: " + std::string(mediaType));
-    if (!releaseAtLeast(mac_, 10, 14)) return ServiceAuthorizationStatusAuthorized;
     auto device = captureDevice(mediaType);
     return device ? codeFor(mac_.privacy().consent(*device)) : ServiceAuthorizationStatusNotDetermined;
 }
 
-void SimServices::requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) {
+bool SimServices::requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) {
+    if (!availability_.captureDevice) return false;
     send("AVCaptureDevice requestAccessForMediaType: " + std::string(mediaType));
     auto device = captureDevice(mediaType);
-    if (!releaseAtLeast(mac_, 10, 14) || !device) {
-        bool granted = !releaseAtLeast(mac_, 10, 14);
-        mac_.runLoop().dispatchOnSystemQueue(0, [completion, granted] { completion(granted); });
-        return;
+    if (!device) {
+        mac_.runLoop().dispatchOnSystemQueue(0, [completion] { completion(false); });
+        return true;
     }
     requestService(*device, std::move(completion));
+    return true;
 }
 
-long SimServices::bluetoothAuthorization() {
+std::optional<long> SimServices::bluetoothAuthorization() {
+    if (!availability_.bluetoothAuthorization) return std::nullopt;
     send("CBManager authorization");
-    if (!releaseAtLeast(mac_, 10, 15)) return ServiceAuthorizationStatusAuthorized;
     return codeFor(mac_.privacy().consent(PromptedService::Bluetooth));
 }
 
-void SimServices::requestBluetoothAccess(std::function<void(long authorization)> completion) {
+bool SimServices::requestBluetoothAccess(std::function<void(long authorization)> completion) {
+    if (!availability_.bluetoothAuthorization) return false;
     send("CBCentralManager initWithDelegate:queue:options:");
-    if (!releaseAtLeast(mac_, 10, 15)) {
-        mac_.runLoop().dispatchOnSystemQueue(0, [completion] { completion(ServiceAuthorizationStatusAuthorized); });
-        return;
-    }
     requestService(PromptedService::Bluetooth,
                    [this, completion](bool) { completion(codeFor(mac_.privacy().consent(PromptedService::Bluetooth))); });
+    return true;
 }
 
 void SimServices::setLibraryPreference(LibraryPreference preference) {

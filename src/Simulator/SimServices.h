@@ -66,14 +66,14 @@ public:
     std::optional<PlatformURL> systemPhotoLibraryURL() override;
     std::shared_ptr<PhotosPrivacyObject> photosPrivacySharedInstance() override;
     BookmarkResolution resolveBookmarkData(const Data& bookmark, unsigned long options) override;
-    bool preflightScreenCaptureAccess() override;
-    bool requestScreenCaptureAccess() override;
-    long hidCheckAccess(long requestType) override;
-    bool hidRequestAccess(long requestType) override;
-    long captureDeviceAuthorizationStatus(std::string_view mediaType) override;
-    void requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) override;
-    long bluetoothAuthorization() override;
-    void requestBluetoothAccess(std::function<void(long authorization)> completion) override;
+    std::optional<bool> preflightScreenCaptureAccess() override;
+    std::optional<bool> requestScreenCaptureAccess() override;
+    std::optional<long> hidCheckAccess(long requestType) override;
+    std::optional<bool> hidRequestAccess(long requestType) override;
+    std::optional<long> captureDeviceAuthorizationStatus(std::string_view mediaType) override;
+    bool requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) override;
+    std::optional<long> bluetoothAuthorization() override;
+    bool requestBluetoothAccess(std::function<void(long authorization)> completion) override;
 
     // The private Photos privacy object. Each answer is present or absent on
     // its own; a present answer comes from the privacy database unless fixed.
@@ -98,6 +98,12 @@ public:
         bool contactsAuthorization = false;  // CNAuthorization
         bool contactsAuthorizationAnswersStatus = true;
         bool photoLibrary = false;  // PHPhotoLibrary, 10.13 on, after loading Photos.framework
+        // The newer categories' calls: the capture devices' from 10.14, the
+        // Screen Recording, Input Monitoring and Bluetooth ones from 10.15.
+        bool captureDevice = false;
+        bool screenCapture = false;
+        bool hidAccess = false;
+        bool bluetoothAuthorization = false;
         // Override the codes the services report (for codes no consent
         // gives, such as those of later systems).
         std::optional<long> eventStoreStatus;

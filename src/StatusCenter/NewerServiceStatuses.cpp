@@ -20,6 +20,10 @@ PrivacyAuthorizationStatus statusForDeviceCode(long code) {
     }
 }
 
+// A system that lacks a category's call guards nothing with it: its status
+// reads as authorized, and there is nothing to request.
+constexpr PrivacyAuthorizationStatus StatusWithoutTheCall = PrivacyAuthorizationStatusAuthorized;
+
 }  // namespace
 
 bool VantroRequestStatusCenter::servesNewerPrivacyCategories() { return newerPrivacyCategoriesServed(); }
@@ -28,7 +32,9 @@ void VantroRequestStatusCenter::setServesNewerPrivacyCategories(bool serves) { s
 
 PrivacyAuthorizationStatus VantroRequestStatusCenter::screenRecordingAuthorizationStatus() {
     if (!systemHasNewerPrivacyCategory(VantroPrivacyScreenRecording)) return PrivacyAuthorizationStatusAuthorized;
-    if (platform().services().preflightScreenCaptureAccess()) return PrivacyAuthorizationStatusAuthorized;
+    auto access = platform().services().preflightScreenCaptureAccess();
+    if (!access) return StatusWithoutTheCall;
+    if (*access) return PrivacyAuthorizationStatusAuthorized;
     // The system tells only whether access is there. Once the host has made
     // the system's request, access still missing is a refusal; before, the
     // user has not been asked.
@@ -39,7 +45,8 @@ PrivacyAuthorizationStatus VantroRequestStatusCenter::screenRecordingAuthorizati
 void VantroRequestStatusCenter::requestScreenRecordingAuthorization(bool silent) {
     if (!systemHasNewerPrivacyCategory(VantroPrivacyScreenRecording)) return;
     auto& services = platform().services();
-    if (services.preflightScreenCaptureAccess()) return;
+    auto access = services.preflightScreenCaptureAccess();
+    if (!access || *access) return;
     auto& defaults = platform().defaults();
     // The first request is the system's own: its prompt, shown once per
     // application, offers the settings and lists the host there. Later
@@ -54,7 +61,9 @@ void VantroRequestStatusCenter::requestScreenRecordingAuthorization(bool silent)
 
 PrivacyAuthorizationStatus VantroRequestStatusCenter::inputMonitoringAuthorizationStatus() {
     if (!systemHasNewerPrivacyCategory(VantroPrivacyInputMonitoring)) return PrivacyAuthorizationStatusAuthorized;
-    switch (platform().services().hidCheckAccess(kIOHIDRequestTypeListenEvent)) {
+    auto access = platform().services().hidCheckAccess(kIOHIDRequestTypeListenEvent);
+    if (!access) return StatusWithoutTheCall;
+    switch (*access) {
     case kIOHIDAccessTypeGranted: return PrivacyAuthorizationStatusAuthorized;
     case kIOHIDAccessTypeDenied: return PrivacyAuthorizationStatusDenied;
     default: return PrivacyAuthorizationStatusNotDetermined;
@@ -64,12 +73,12 @@ PrivacyAuthorizationStatus VantroRequestStatusCenter::inputMonitoringAuthorizati
 void VantroRequestStatusCenter::requestInputMonitoringAuthorization(bool silent) {
     if (!systemHasNewerPrivacyCategory(VantroPrivacyInputMonitoring)) return;
     auto& services = platform().services();
-    long access = services.hidCheckAccess(kIOHIDRequestTypeListenEvent);
-    if (access == kIOHIDAccessTypeGranted) return;
+    auto access = services.hidCheckAccess(kIOHIDRequestTypeListenEvent);
+    if (!access || *access == kIOHIDAccessTypeGranted) return;
     // Refused before: the system would not ask again, so the guide leads the
     // user to the switch. Undecided: the system's own prompt, which waits
     // for the user.
-    if (access == kIOHIDAccessTypeDenied) {
+    if (*access == kIOHIDAccessTypeDenied) {
         if (!silent) Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyInputMonitoring);
         return;
     }
@@ -79,7 +88,8 @@ void VantroRequestStatusCenter::requestInputMonitoringAuthorization(bool silent)
 PrivacyAuthorizationStatus VantroRequestStatusCenter::captureDeviceStatus(PrivacyCategoryIdentifier identifier,
                                                                           std::string_view mediaType) {
     if (!systemHasNewerPrivacyCategory(identifier)) return PrivacyAuthorizationStatusAuthorized;
-    return statusForDeviceCode(platform().services().captureDeviceAuthorizationStatus(mediaType));
+    auto code = platform().services().captureDeviceAuthorizationStatus(mediaType);
+    return code ? statusForDeviceCode(*code) : StatusWithoutTheCall;
 }
 
 void VantroRequestStatusCenter::requestCaptureDevice(PrivacyCategoryIdentifier identifier, std::string_view mediaType,
@@ -114,7 +124,8 @@ void VantroRequestStatusCenter::requestMicrophoneAuthorization(bool silent) {
 
 PrivacyAuthorizationStatus VantroRequestStatusCenter::bluetoothAuthorizationStatus() {
     if (!systemHasNewerPrivacyCategory(VantroPrivacyBluetooth)) return PrivacyAuthorizationStatusAuthorized;
-    return statusForDeviceCode(platform().services().bluetoothAuthorization());
+    auto code = platform().services().bluetoothAuthorization();
+    return code ? statusForDeviceCode(*code) : StatusWithoutTheCall;
 }
 
 void VantroRequestStatusCenter::requestBluetoothAuthorization(bool silent) {

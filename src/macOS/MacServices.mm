@@ -361,43 +361,42 @@ public:
         return resolution;
     }
 
-    // The newer categories. Where a release lacks the call, nothing guards
-    // what it would guard, and the answer is that access is there.
+    // The newer categories. Where a release lacks the call, the seam says so
+    // (nullopt, or NO for a request) and the core decides what that means.
 
-    bool preflightScreenCaptureAccess() override {
+    std::optional<bool> preflightScreenCaptureAccess() override {
         auto preflight = systemFunction<decltype(CGPreflightScreenCaptureAccess)>("CGPreflightScreenCaptureAccess");
-        return preflight ? preflight() : true;
+        if (!preflight) return std::nullopt;
+        return static_cast<bool>(preflight());
     }
 
-    bool requestScreenCaptureAccess() override {
+    std::optional<bool> requestScreenCaptureAccess() override {
         auto request = systemFunction<decltype(CGRequestScreenCaptureAccess)>("CGRequestScreenCaptureAccess");
-        return request ? request() : true;
+        if (!request) return std::nullopt;
+        return static_cast<bool>(request());
     }
 
-    long hidCheckAccess(long requestType) override {
+    std::optional<long> hidCheckAccess(long requestType) override {
         auto check = systemFunction<decltype(IOHIDCheckAccess)>("IOHIDCheckAccess");
-        return check ? check(static_cast<IOHIDRequestType>(requestType)) : ::kIOHIDAccessTypeGranted;
+        if (!check) return std::nullopt;
+        return static_cast<long>(check(static_cast<IOHIDRequestType>(requestType)));
     }
 
-    bool hidRequestAccess(long requestType) override {
+    std::optional<bool> hidRequestAccess(long requestType) override {
         auto request = systemFunction<decltype(IOHIDRequestAccess)>("IOHIDRequestAccess");
-        return request ? request(static_cast<IOHIDRequestType>(requestType)) : true;
+        if (!request) return std::nullopt;
+        return static_cast<bool>(request(static_cast<IOHIDRequestType>(requestType)));
     }
 
-    long captureDeviceAuthorizationStatus(std::string_view mediaType) override {
+    std::optional<long> captureDeviceAuthorizationStatus(std::string_view mediaType) override {
         Class device = classNamed(@"AVCaptureDevice");
-        if (![device respondsToSelector:@selector(authorizationStatusForMediaType:)]) return AVAuthorizationStatusAuthorized;
-        return [(Class<VantroCaptureDeviceClass>)device authorizationStatusForMediaType:toNSString(mediaType)];
+        if (![device respondsToSelector:@selector(authorizationStatusForMediaType:)]) return std::nullopt;
+        return static_cast<long>([(Class<VantroCaptureDeviceClass>)device authorizationStatusForMediaType:toNSString(mediaType)]);
     }
 
-    void requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) override {
+    bool requestCaptureDeviceAccess(std::string_view mediaType, std::function<void(bool granted)> completion) override {
         Class device = classNamed(@"AVCaptureDevice");
-        if (![device respondsToSelector:@selector(requestAccessForMediaType:completionHandler:)]) {
-            dispatch_async(answerQueue(), ^{
-              completion(true);
-            });
-            return;
-        }
+        if (![device respondsToSelector:@selector(requestAccessForMediaType:completionHandler:)]) return false;
         [(Class<VantroCaptureDeviceClass>)device requestAccessForMediaType:toNSString(mediaType)
                                                          completionHandler:^(BOOL granted) {
                                                            bool answer = granted;
@@ -405,22 +404,18 @@ public:
                                                              completion(answer);
                                                            });
                                                          }];
+        return true;
     }
 
-    long bluetoothAuthorization() override {
+    std::optional<long> bluetoothAuthorization() override {
         Class manager = classNamed(@"CBManager");
-        if (![manager respondsToSelector:@selector(authorization)]) return CBManagerAuthorizationAllowedAlways;
-        return [(Class<VantroBluetoothManagerClass>)manager authorization];
+        if (![manager respondsToSelector:@selector(authorization)]) return std::nullopt;
+        return static_cast<long>([(Class<VantroBluetoothManagerClass>)manager authorization]);
     }
 
-    void requestBluetoothAccess(std::function<void(long authorization)> completion) override {
+    bool requestBluetoothAccess(std::function<void(long authorization)> completion) override {
         Class central = classNamed(@"CBCentralManager");
-        if (!central || ![classNamed(@"CBManager") respondsToSelector:@selector(authorization)]) {
-            dispatch_async(answerQueue(), ^{
-              completion(CBManagerAuthorizationAllowedAlways);
-            });
-            return;
-        }
+        if (!central || ![classNamed(@"CBManager") respondsToSelector:@selector(authorization)]) return false;
         // The delegate hears from the manager on a global queue: never the
         // main thread, never this stack.
         VantroBluetoothAuthorizationWaiter* waiter =
@@ -428,6 +423,7 @@ public:
               completion(authorization);
             }];
         [waiter startWithManagerClass:central queue:answerQueue()];
+        return true;
     }
 };
 

@@ -183,6 +183,33 @@ TEST(NewerCategories, BeforeTheirReleaseTheyAreGrantedWithoutAsking) {
     }
 }
 
+TEST(NewerCategories, ACallTheSystemLacksGuardsNothingAndAsksNothing) {
+    using Availability = sim::SimServices::Availability;
+    struct Case {
+        PrivacyCategoryIdentifier identifier;
+        bool Availability::*call;
+    } cases[] = {
+        {VantroPrivacyScreenRecording, &Availability::screenCapture},
+        {VantroPrivacyInputMonitoring, &Availability::hidAccess},
+        {VantroPrivacyCamera, &Availability::captureDevice},
+        {VantroPrivacyMicrophone, &Availability::captureDevice},
+        {VantroPrivacyBluetooth, &Availability::bluetoothAuthorization},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = "15"});
+        VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
+        mac.privacy().setConsentForIdentifier(c.identifier, Consent::Denied);
+        mac.services().availability().*c.call = false;
+        auto center = makeShared<AlertRecordingCenter>();
+        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(c.identifier), 2) << c.identifier;
+        center->requestPrivacyAuthorizationForIdentifier(c.identifier, false);
+        mac.runUntilIdle(5);
+        EXPECT_TRUE(center->record->alerts.empty()) << c.identifier;
+        EXPECT_TRUE(mac.workspace().openedURLs().empty()) << c.identifier;
+        EXPECT_TRUE(mac.privacy().prompts().empty()) << c.identifier;
+    }
+}
+
 TEST(NewerCategories, ScreenRecordingAsksTheSystemOnceThenGuidesUnlessSilent) {
     sim::SimulatedMac mac(test::atAppKit(2487.3, "14"));
     VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
