@@ -106,6 +106,10 @@ TEST(PhotosAuthorization, MojaveDecisionTable) {
         if (c.library == Unknown) mac.services().setLibraryPreference(SimServices::LibraryPreference::Absent);
         if (c.library == Gone) mac.fileSystem().setHomeEntry(sim::SimPrivacy::photoLibraryDirectory, sim::SimFileSystem::Entry::Missing);
         EXPECT_EQ(S::sharedRequestStatusCenter()->photosAuthorizationStatus(), c.expected) << c.name;
+        // With Full Disk Access the library is not listed to find a refusal.
+        if (c.fullDiskAccess) {
+            EXPECT_EQ(mac.fileSystem().listingsOf(mac.services().photoLibraryPath()), 0u) << c.name;
+        }
     }
 }
 
