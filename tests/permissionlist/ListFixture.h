@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -55,6 +56,19 @@ private:
     sim::SimulatedMac& mac_;
     Observable* object_;
     std::string key_;
+};
+
+// A permission list asking for `identifiers` (the default when none are
+// given), in a window of its own that is loaded, or shown on screen.
+struct ListOnMac {
+    ListOnMac(sim::SimulatedMac& mac, std::optional<std::vector<std::string>> identifiers = std::nullopt, bool show = false)
+        : list(mac, controller) {
+        if (identifiers) controller->setRequestedPrivacyCategoryIdentifiers(std::move(*identifiers));
+        if (show) list.show();
+        else list.loadView();
+    }
+    std::shared_ptr<VantroViewController> controller = VantroViewController::create();
+    sim::SimPermissionList list;
 };
 
 inline std::vector<std::string> identifiersOf(const std::vector<PrivacyCategoryRecordPtr>& rows) {

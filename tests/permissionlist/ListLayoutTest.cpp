@@ -62,59 +62,37 @@ ListBehaviour observeList(const std::string& layout) {
 TEST(ListLayout, EveryPartOfTheLayoutShowsInWhatTheHostSees) {
     const ListBehaviour real{true, true, true, {{"Network Volumes", "For backups.", "Grant Permission", true}}, true, true, true};
     const ListBehaviour nothing{};
-    struct Case {
-        const char* name;
-        test::LayoutEdit edit;
-        std::function<void(ListBehaviour&)> differs;
-    } cases[] = {
+    const auto nothingShows = [&](ListBehaviour& b) { b = nothing; };
+    const auto noClick = [](ListBehaviour& b) { b.clickSent = b.requested = b.rebuildScheduled = false; };
+    const auto noRows = [&](ListBehaviour& b) { b.rows.clear(); noClick(b); };
+    const auto anEmptyRow = [&](ListBehaviour& b) { b.rows = {Row{}}; noClick(b); };
+    struct Case { const char* name; test::LayoutEdit edit; std::function<void(ListBehaviour&)> differs; } cases[] = {
         {"the real layout", test::unchanged(), [](ListBehaviour&) {}},
         {"owner of another class", test::replacing(R"(customClass="VantroViewController")", R"(customClass="NSViewController")"),
-         [&](ListBehaviour& b) { b = nothing; }},
-        {"view outlet", test::withoutElement(R"(property="view")"), [&](ListBehaviour& b) { b = nothing; }},
+         nothingShows},
+        {"view outlet", test::withoutElement(R"(property="view")"), nothingShows},
         {"unknown owner outlet", test::replacing(R"(property="privacyCategoriesTableView")", R"(property="tableView")"),
-         [&](ListBehaviour& b) { b = nothing; }},
+         nothingShows},
         {"table outlet", test::withoutElement(R"(property="privacyCategoriesTableView")"),
          [](ListBehaviour& b) { b.tableOutlet = false; }},
         {"array controller outlet", test::withoutElement(R"(property="privacyCategoriesArrayController")"),
          [](ListBehaviour& b) { b.arrayControllerOutlet = false; }},
-        {"array controller's content binding", test::withoutElement(R"(name="contentArray")"),
-         [](ListBehaviour& b) {
-             b.rows.clear();
-             b.clickSent = b.requested = b.rebuildScheduled = false;
-         }},
+        {"array controller's content binding", test::withoutElement(R"(name="contentArray")"), noRows},
         {"content bound to a key the owner lacks", test::replacing(R"(keyPath="privacyCategories")", R"(keyPath="privacyCategory")"),
-         [&](ListBehaviour& b) { b = nothing; }},
-        {"table's content binding", test::withoutElement(R"(name="content")"),
-         [](ListBehaviour& b) {
-             b.rows.clear();
-             b.clickSent = b.requested = b.rebuildScheduled = false;
-         }},
+         nothingShows},
+        {"table's content binding", test::withoutElement(R"(name="content")"), noRows},
         {"table's delegate", test::withoutElement(R"(property="delegate")"),
          [](ListBehaviour& b) { b.rebuildScheduled = false; }},
-        {"column identifier", test::replacing(R"(<tableColumn identifier="PrivacyCategoryColumn")", R"(<tableColumn identifier="Other")"),
-         [](ListBehaviour& b) {
-             b.rows = {Row{}};
-             b.clickSent = b.requested = b.rebuildScheduled = false;
-         }},
+        {"column identifier", test::replacing(R"(<tableColumn identifier="PrivacyCategoryColumn")", R"(<tableColumn identifier="Other")"), anEmptyRow},
         {"cell view identifier",
-         test::replacing(R"(<tableCellView identifier="PrivacyCategoryColumn")", R"(<tableCellView identifier="Other")"),
-         [](ListBehaviour& b) {
-             b.rows = {Row{}};
-             b.clickSent = b.requested = b.rebuildScheduled = false;
-         }},
+         test::replacing(R"(<tableCellView identifier="PrivacyCategoryColumn")", R"(<tableCellView identifier="Other")"), anEmptyRow},
         // A plain NSTableCellView has no authorizationButton to connect, so
         // the table cannot make the view.
-        {"cell view class", test::withoutAttribute(R"(customClass="VantroRequestButtonTableCellView")"),
-         [](ListBehaviour& b) {
-             b.rows = {Row{}};
-             b.clickSent = b.requested = b.rebuildScheduled = false;
-         }},
+        {"cell view class", test::withoutAttribute(R"(customClass="VantroRequestButtonTableCellView")"), anEmptyRow},
         {"button outlet", test::withoutElement(R"(property="authorizationButton")"),
          [](ListBehaviour& b) { b.rows[0].buttonTitle = "Request Permission"; }},
-        {"button action", test::withoutElement(R"(selector="requestAuthorization:")"),
-         [](ListBehaviour& b) { b.clickSent = b.requested = b.rebuildScheduled = false; }},
-        {"button action's target", test::replacing(R"(target="cEl-Pc-001")", R"(target="-2")"),
-         [](ListBehaviour& b) { b.clickSent = b.requested = b.rebuildScheduled = false; }},
+        {"button action", test::withoutElement(R"(selector="requestAuthorization:")"), noClick},
+        {"button action's target", test::replacing(R"(target="cEl-Pc-001")", R"(target="-2")"), noClick},
         {"label binding", test::withoutElement(R"(keyPath="objectValue.label")"),
          [](ListBehaviour& b) { b.rows[0].label = "Label"; }},
         {"reason binding", test::withoutElement(R"(keyPath="objectValue.reason")"),
@@ -137,13 +115,8 @@ public:
 TEST(ListLayout, EachClassLoadsTheLayoutItsViewNibNameNames) {
     const std::string ownLayout = test::replacing(R"(customClass="VantroViewController")", R"(customClass="CustomList")")(
         test::realLayout("VantroViewController"));
-    struct Case {
-        const char* name;
-        bool subclass;
-        std::optional<std::string> customLayout;  // nullopt: none
-        bool removeBaseLayout;
-        bool loads;
-    } cases[] = {
+    // customLayout nullopt: none.
+    struct Case { const char* name; bool subclass; std::optional<std::string> customLayout; bool removeBaseLayout, loads; } cases[] = {
         {"the base class loads VantroViewController", false, std::nullopt, false, true},
         {"the base class without its layout", false, ownLayout, true, false},
         {"a subclass without a layout of its name", true, std::nullopt, false, false},

@@ -31,12 +31,7 @@ struct CellWithButton {
 
 TEST(RequestButtonCell, TitleAndStateFollowTheStatusAndTheRequestType) {
     sim::SimulatedMac mac;
-    struct Case {
-        std::optional<std::string_view> identifier;
-        std::optional<Value> status;
-        const char* title;
-        bool enabled;
-    } cases[] = {
+    struct Case { std::optional<std::string_view> identifier; std::optional<Value> status; const char* title; bool enabled; } cases[] = {
         {VantroPrivacyFullDiskAccess, Value(0), "Grant Permission", true},     // request type 1
         {VantroPrivacyAccessibility, Value(1), "Grant Permission", true},      // request type 1
         {VantroPrivacyAutomation, Value(0), "Check Permission", true},         // request type 2
@@ -63,12 +58,7 @@ TEST(RequestButtonCell, TitleAndStateFollowTheStatusAndTheRequestType) {
 TEST(RequestButtonCell, TitlesComeFromTheDefaultStringsTableOfTheFrameworkBundle) {
     test::TemporaryResources resources;
     resources.write("en.lproj/Localizable.strings", "\"Grant Permission\" = \"Allow in Settings\";\n");
-    struct Case {
-        bool ownResources;
-        std::vector<std::string> languages;
-        long status;
-        const char* title;
-    } cases[] = {
+    struct Case { bool ownResources; std::vector<std::string> languages; long status; const char* title; } cases[] = {
         {false, {"de"}, 1, "Berechtigung erteilen"},
         {false, {"de"}, 2, "Berechtigung erteilt"},
         {true, {"en"}, 1, "Allow in Settings"},
@@ -94,11 +84,7 @@ TEST(RequestButtonCell, OnlyTheCurrentRowsStatusReachesTheButton) {
     view.cell->setObjectValue(first);  // brought up to date at once
     EXPECT_EQ(view.button->title(), "Permission Granted");
     EXPECT_FALSE(view.button->isEnabled());
-    struct Step {
-        long status;
-        const char* title;
-        bool enabled;
-    } steps[] = {
+    struct Step { long status; const char* title; bool enabled; } steps[] = {
         {1, "Grant Permission", true},
         {3, "Grant Permission", true},  // unexpected: left as it was
         {2, "Permission Granted", false},

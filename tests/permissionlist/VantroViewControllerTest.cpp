@@ -13,6 +13,7 @@ namespace {
 
 using test::AnnouncementProbe;
 using test::identifiersOf;
+using test::ListOnMac;
 using test::strings;
 
 std::vector<std::string> allIdentifiers() {
@@ -39,48 +40,26 @@ TEST(PermissionList, SupportedCategoriesFollowTheFlooredAppKitVersionAndTheSandb
         return list;
     };
 
-    struct Case {
-        double appKit;
-        const char* release;
-        bool sandboxed;
-        std::vector<std::string> listed;
-    } cases[] = {
-        {1265.0, "10.9", false, three},
-        {1561.0, "10.13", false, three},
-        {1561.99, "10.13", false, three},
-        {1562.0, "10.14", false, ten},
-        {1671.0, "10.14", false, ten},
-        {1671.99, "10.14", false, ten},
-        {1672.0, "10.15", false, fifteen},
-        {2575.3, "15", false, fifteen},
-        {1561.6, "10.13", true, three},
-        {1671.2, "10.14", true, withoutFullDiskAccess(ten)},
-        {1894.5, "10.15", true, withoutFullDiskAccess(fifteen)},
+    struct Case { double appKit; const char* release; bool sandboxed; std::vector<std::string> listed; } cases[] = {
+        {1265.0, "10.9", false, three},     {1561.0, "10.13", false, three},   {1561.99, "10.13", false, three},
+        {1562.0, "10.14", false, ten},      {1671.0, "10.14", false, ten},     {1671.99, "10.14", false, ten},
+        {1672.0, "10.15", false, fifteen},  {2575.3, "15", false, fifteen},    {1561.6, "10.13", true, three},
+        {1671.2, "10.14", true, withoutFullDiskAccess(ten)},                   {1894.5, "10.15", true, withoutFullDiskAccess(fifteen)},
     };
     for (const auto& c : cases) {
         auto configuration = test::atAppKit(c.appKit, c.release);
         configuration.sandboxed = c.sandboxed;
         sim::SimulatedMac mac(configuration);
-        auto controller = VantroViewController::create();
         // Every identifier, in declaration order; Files and Folders is never
         // listed by itself.
-        controller->setRequestedPrivacyCategoryIdentifiers(allIdentifiers());
-        sim::SimPermissionList list(mac, controller);
-        list.loadView();
-        EXPECT_EQ(identifiersOf(controller->privacyCategories()), c.listed)
-            << "AppKit " << c.appKit << (c.sandboxed ? " sandboxed" : "");
+        ListOnMac shown(mac, allIdentifiers());
+        EXPECT_EQ(identifiersOf(shown.controller->privacyCategories()), c.listed) << "AppKit " << c.appKit << (c.sandboxed ? " sandboxed" : "");
     }
 }
 
 TEST(PermissionList, TheSupportedCategoriesAreTheFirstListsForTheLifeOfTheProcess) {
     sim::SimulatedMac mac;  // 10.15, not sandboxed
-    auto listed = [&] {
-        auto controller = VantroViewController::create();
-        controller->setRequestedPrivacyCategoryIdentifiers(allIdentifiers());
-        sim::SimPermissionList list(mac, controller);
-        list.loadView();
-        return identifiersOf(controller->privacyCategories());
-    };
+    auto listed = [&] { return identifiersOf(ListOnMac(mac, allIdentifiers()).controller->privacyCategories()); };
     const auto first = listed();
     ASSERT_EQ(first.size(), 15u);
     // Neither an older release nor the sandbox, told after the first list,
@@ -92,20 +71,12 @@ TEST(PermissionList, TheSupportedCategoriesAreTheFirstListsForTheLifeOfTheProces
 
 TEST(PermissionList, TheDefaultListShowsFullDiskAccessExceptInASandbox) {
     for (bool sandboxed : {false, true}) {
-        sim::MacConfiguration configuration;
-        configuration.sandboxed = sandboxed;
-        sim::SimulatedMac mac(configuration);
-        auto controller = VantroViewController::create();
-        EXPECT_EQ(controller->requestedPrivacyCategoryIdentifiers(), strings({VantroPrivacyFullDiskAccess}));
-        sim::SimPermissionList list(mac, controller);
-        list.show();
-        if (sandboxed) {
-            EXPECT_TRUE(controller->privacyCategories().empty());
-            EXPECT_TRUE(list.rows().empty());
-        } else {
-            ASSERT_EQ(list.rows().size(), 1u);
-            EXPECT_EQ(list.rows()[0], (sim::SimPermissionList::Row{"Full Disk Access", "", "Grant Permission", true}));
-        }
+        sim::SimulatedMac mac(sim::MacConfiguration{.sandboxed = sandboxed});
+        ListOnMac shown(mac, std::nullopt, true);
+        EXPECT_EQ(shown.controller->requestedPrivacyCategoryIdentifiers(), strings({VantroPrivacyFullDiskAccess}));
+        EXPECT_EQ(shown.controller->privacyCategories().size(), sandboxed ? 0u : 1u);
+        using Rows = std::vector<sim::SimPermissionList::Row>;
+        EXPECT_EQ(shown.list.rows(), (sandboxed ? Rows{} : Rows{{"Full Disk Access", "", "Grant Permission", true}}));
     }
 }
 
@@ -127,16 +98,11 @@ TEST(PermissionList, RowsKeepTheRequestedOrderAndDuplicatesAndCarryAReasonOnlyWh
     const auto& rows = controller->privacyCategories();
     ASSERT_EQ(identifiersOf(rows), strings({VantroPrivacyCalendars, VantroPrivacyContacts, VantroPrivacyCalendars}));
     EXPECT_NE(rows[0], rows[2]);  // two records, not one listed twice
-    struct Expected {
-        const char* label;
-        const Value* reason;
-    };
-    Value events("To show your events."), empty("");
-    Expected expected[] = {{"Calendars", &events}, {"Contacts", &empty}, {"Calendars", &events}};
+    const std::pair<const char*, const char*> expected[] = {{"Calendars", "To show your events."}, {"Contacts", ""}, {"Calendars", "To show your events."}};
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        EXPECT_EQ(*rows[i]->valueForKey(PrivacyCategoryLabelKey), Value(expected[i].label)) << i;
+        EXPECT_EQ(*rows[i]->valueForKey(PrivacyCategoryLabelKey), Value(expected[i].first)) << i;
         ASSERT_TRUE(rows[i]->hasKey(PrivacyCategoryReasonKey)) << i;
-        EXPECT_EQ(*rows[i]->valueForKey(PrivacyCategoryReasonKey), *expected[i].reason) << i;
+        EXPECT_EQ(*rows[i]->valueForKey(PrivacyCategoryReasonKey), Value(expected[i].second)) << i;
         EXPECT_EQ(rows[i]->valueForKey(PrivacyCategoryStatusKey)->integerValue(), 0) << i;
     }
     // Dropped identifiers never reach the status center.
@@ -153,28 +119,15 @@ TEST(PermissionList, RowsKeepTheRequestedOrderAndDuplicatesAndCarryAReasonOnlyWh
 TEST(PermissionList, LabelsComeFromTheLabelsTableWithTheIdentifierAsFallback) {
     test::TemporaryResources resources;
     resources.write("en.lproj/PrivacyCategoryLabels.strings", "\"Privacy_Contacts\" = \"People\";\n");
-    struct Case {
-        std::vector<std::string> languages;
-        bool ownResources;
-        const char* contacts;
-        const char* calendars;
-    } cases[] = {
-        {{"en"}, false, "Contacts", "Calendars"},
-        {{"de"}, false, "Kontakte", "Kalender"},
-        {{"en"}, true, "People", "Privacy_Calendars"},
-    };
+    struct Case { const char* language; bool ownResources; const char* contacts; const char* calendars; } cases[] = {
+        {"en", false, "Contacts", "Calendars"}, {"de", false, "Kontakte", "Kalender"}, {"en", true, "People", "Privacy_Calendars"}};
     for (const auto& c : cases) {
-        sim::MacConfiguration configuration;
-        configuration.languages = c.languages;
-        if (c.ownResources) configuration = resources.configuration(configuration);
-        sim::SimulatedMac mac(configuration);
-        auto controller = VantroViewController::create();
-        controller->setRequestedPrivacyCategoryIdentifiers(strings({VantroPrivacyContacts, VantroPrivacyCalendars}));
-        sim::SimPermissionList list(mac, controller);
-        list.loadView();
-        ASSERT_EQ(list.rows().size(), 2u);
-        EXPECT_EQ(list.rows()[0].label, c.contacts) << c.languages[0];
-        EXPECT_EQ(list.rows()[1].label, c.calendars) << c.languages[0];
+        sim::MacConfiguration configuration{.languages = {c.language}};
+        sim::SimulatedMac mac(c.ownResources ? resources.configuration(configuration) : configuration);
+        ListOnMac shown(mac, strings({VantroPrivacyContacts, VantroPrivacyCalendars}));
+        ASSERT_EQ(shown.list.rows().size(), 2u);
+        EXPECT_EQ(shown.list.rows()[0].label, c.contacts) << c.language;
+        EXPECT_EQ(shown.list.rows()[1].label, c.calendars) << c.language;
     }
 }
 
@@ -212,10 +165,9 @@ TEST(PermissionList, NothingIsBuiltBeforeTheViewLoadsAndSettersRebuildAtOnceAfte
 
 TEST(PermissionList, ActivationsWhileOnScreenRebuildOnce0_1SecondsAfterTheLastOfABurst) {
     sim::SimulatedMac mac;
-    auto controller = VantroViewController::create();
-    sim::SimPermissionList list(mac, controller);
-    list.show();
-    AnnouncementProbe rebuilds(mac, *controller, "privacyCategories");
+    ListOnMac shown(mac, std::nullopt, true);
+    auto& list = shown.list;
+    AnnouncementProbe rebuilds(mac, *shown.controller, "privacyCategories");
     auto& workspace = mac.workspace();
     auto activate = [&](double at, const char* bundleIdentifier) {
         mac.userDoes(at, std::string("activates ") + bundleIdentifier, [&workspace, bundleIdentifier] {
@@ -247,9 +199,8 @@ TEST(PermissionList, ActivationsWhileOnScreenRebuildOnce0_1SecondsAfterTheLastOf
 
 TEST(PermissionList, EveryRefreshAnnouncesStatusEvenWhenItIsUnchanged) {
     sim::SimulatedMac mac;
-    auto controller = VantroViewController::create();
-    sim::SimPermissionList list(mac, controller);
-    list.loadView();
+    ListOnMac shown(mac);
+    auto& controller = shown.controller;
     auto row = controller->privacyCategories().at(0);
     AnnouncementProbe status(mac, *row, std::string(PrivacyCategoryStatusKey));
 
@@ -261,17 +212,11 @@ TEST(PermissionList, EveryRefreshAnnouncesStatusEvenWhenItIsUnchanged) {
     EXPECT_EQ(status.statuses, (std::vector<long>{1, 1, 2}));
     // The same record was refreshed; the table still shows it, now granted.
     EXPECT_EQ(controller->privacyCategories().at(0), row);
-    EXPECT_EQ(list.rows().at(0), (sim::SimPermissionList::Row{"Full Disk Access", "", "Permission Granted", false}));
+    EXPECT_EQ(shown.list.rows().at(0), (sim::SimPermissionList::Row{"Full Disk Access", "", "Permission Granted", false}));
 }
 
 TEST(PermissionList, ReleasingTheControllerEndsEveryRegistration) {
-    struct Case {
-        const char* name;
-        bool load;
-        bool show;
-        bool pendingRebuild;
-        std::size_t objections;
-    } cases[] = {
+    struct Case { const char* name; bool load, show, pendingRebuild; std::size_t objections; } cases[] = {
         {"never loaded", false, false, false, 1},
         {"never loaded, rebuild pending", false, false, true, 1},
         {"loaded", true, false, false, 0},
@@ -307,10 +252,8 @@ TEST(PermissionList, ReleasingTheControllerEndsEveryRegistration) {
 
 TEST(PermissionList, TheTableReusesItsCellsAcrossRebuilds) {
     sim::SimulatedMac mac;
-    auto controller = VantroViewController::create();
-    controller->setRequestedPrivacyCategoryIdentifiers(strings({VantroPrivacyContacts, VantroPrivacyCalendars}));
-    sim::SimPermissionList list(mac, controller);
-    list.loadView();
+    ListOnMac shown(mac, strings({VantroPrivacyContacts, VantroPrivacyCalendars}));
+    auto& [controller, list] = shown;
     auto* table = list.table();
     ASSERT_NE(table, nullptr);
     EXPECT_EQ(table->cellViewsMade(), 2u);
@@ -346,11 +289,10 @@ double runUntilOverlay(sim::SimulatedMac& mac, bool shown, double limit = 10.0) 
 
 TEST(PermissionList, TheRefreshTimerRunsExactlyWhileTheOverlayShows) {
     sim::SimulatedMac mac;
-    auto controller = VantroViewController::create();
-    sim::SimPermissionList list(mac, controller);
     // Loaded but never on screen: activations cause no rebuilds, and the
     // timer does not care.
-    list.loadView();
+    ListOnMac shown(mac);
+    auto& controller = shown.controller;
     EXPECT_EQ(controller->vantroWatcherTimer(), nullptr);
     test::AnnouncementProbe rebuilds(mac, *controller, "privacyCategories");
 

@@ -111,20 +111,6 @@ TEST(Translations, EveryShippedLanguageSaysEverythingEnglishSays) {
     for (const char* language : {"en", "de", "fr", "ja"}) EXPECT_TRUE(languages.contains(language)) << language;
 }
 
-TEST(Translations, FormatSpecifiersAreReadWhole) {
-    struct Case {
-        const char* text;
-        std::vector<std::string> specifiers;
-    } cases[] = {
-        {"no placeholder", {}},
-        {"Find %@ and, if %@ is missing, drag it", {"%@", "%@"}},
-        {"%1$@ then %2$@", {"%1$@", "%2$@"}},
-        {"%d%% of %lu files", {"%%", "%d", "%lu"}},
-        {"ends with %", {"%"}},
-    };
-    for (const auto& c : cases) EXPECT_EQ(formatSpecifiers(c.text), c.specifiers) << c.text;
-}
-
 // Each damage done to a copy of the shipped resources is reported.
 TEST(Translations, ABrokenTranslationIsReported) {
     auto replaced = [](std::string text, const std::string& from, const std::string& to) {
@@ -132,12 +118,9 @@ TEST(Translations, ABrokenTranslationIsReported) {
         return at == std::string::npos ? std::string("(not found: " + from + ")") : text.replace(at, from.size(), to);
     };
     const std::string frPrompts = "fr.lproj/Localizable.strings", jaLabels = "ja.lproj/PrivacyCategoryLabels.strings";
-    struct Case {
-        const char* damage;
-        std::string file;
-        std::string from, to;  // from empty: the file is removed
-        const char* reported;  // nullptr: nothing is wrong
-    } cases[] = {
+    // from empty: the file is removed
+    // nullptr: nothing is wrong
+    struct Case { const char* damage; std::string file; std::string from, to; const char* reported; } cases[] = {
         {"a new wording", frPrompts, "cochez sa case", "cochez la case", nullptr},
         {"a key left out", jaLabels, "\"Privacy_Photos\" = \"写真\";", "", "ja: PrivacyCategoryLabels lacks \"Privacy_Photos\""},
         {"a misspelt key", jaLabels, "\"Privacy_Photos\"", "\"Privacy_Foto\"", "unknown key \"Privacy_Foto\""},

@@ -9,12 +9,7 @@ namespace {
 using S = VantroRequestStatusCenter;
 
 TEST(EnvironmentChecks, TheSandboxIsReadFromTheSignatureOnce) {
-    struct Case {
-        const char* name;
-        sim::MacConfiguration configuration;
-        bool sandboxed;
-        int checks;
-    } cases[] = {
+    struct Case { const char* name; sim::MacConfiguration configuration; bool sandboxed; int checks; } cases[] = {
         {"not sandboxed", {}, false, 1},
         {"sandboxed", {.sandboxed = true}, true, 1},
         {"no static code", {.sandboxed = true, .staticCodeCreationFails = true}, false, 0},

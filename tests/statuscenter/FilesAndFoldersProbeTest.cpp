@@ -2,9 +2,7 @@
 
 #include <cerrno>
 
-#include "Simulator/SimulatedMac.h"
-#include "StatusCenter/VantroRequestStatusCenter.h"
-#include "support/TemporaryResources.h"
+#include "statuscenter/CenterFixture.h"
 
 namespace vantro {
 namespace {
@@ -13,16 +11,21 @@ using sim::Consent;
 using sim::ProtectedFolder;
 using sim::SimFileSystem;
 using S = VantroRequestStatusCenter;
+using Identifier = std::optional<std::string_view>;
 
-TEST(FilesAndFoldersProbe, AuthorizedWithoutLookingUpTo1671) {
-    for (double appKit : {1561.5, 1671.0, 1671.99}) {
-        sim::SimulatedMac mac(test::atAppKit(appKit));
-        for (auto identifier : {std::optional<std::string_view>(VantroPrivacyDesktopFolder),
-                                std::optional<std::string_view>(VantroPrivacyPhotos),
-                                std::optional<std::string_view>("Privacy_Nonsense"), std::optional<std::string_view>()}) {
-            EXPECT_EQ(S::filesAndFoldersAuthorizationStatus(identifier), 2) << appKit;
-        }
-        EXPECT_EQ(mac.fileSystem().listingCount(), 0u) << appKit;
+// Up to 1671 every identifier is authorized without looking; above, only the
+// three folders have directories, and the identifier must match exactly.
+TEST(FilesAndFoldersProbe, AuthorizedWithoutLookingUpTo1671AndOnlyTheFoldersHaveDirectories) {
+    struct Case { double appKit; Identifier identifier; PrivacyAuthorizationStatus status; } cases[] = {
+        {1561.5, VantroPrivacyDesktopFolder, 2}, {1671.0, VantroPrivacyPhotos, 2}, {1671.99, "Privacy_Nonsense", 2},
+        {1671.99, std::nullopt, 2},              {1672.0, VantroPrivacyFullDiskAccess, 0}, {1672.0, VantroPrivacyFilesAndFolders, 0},
+        {1672.0, "privacy_desktopfolder", 0},   {1672.0, std::nullopt, 0},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(test::atAppKit(c.appKit));
+        mac.privacy().setFolderConsent(ProtectedFolder::Desktop, Consent::Denied);
+        EXPECT_EQ(S::filesAndFoldersAuthorizationStatus(c.identifier), c.status) << c.appKit << " " << c.identifier.value_or("nil");
+        EXPECT_EQ(mac.fileSystem().listingCount(), 0u) << c.appKit;
         EXPECT_TRUE(mac.privacy().prompts().empty());
     }
     sim::SimulatedMac above(test::atAppKit(1672.0));
@@ -30,63 +33,41 @@ TEST(FilesAndFoldersProbe, AuthorizedWithoutLookingUpTo1671) {
     EXPECT_EQ(S::filesAndFoldersAuthorizationStatus(VantroPrivacyDesktopFolder), 1);
 }
 
+PlatformError nested(const char* domain, long code, long innerCode, const char* innerDomain) {
+    return PlatformError{domain, code, std::make_shared<PlatformError>(PlatformError{innerDomain, innerCode, nullptr})};
+}
+
 TEST(FilesAndFoldersProbe, VerdictTable) {
-    enum Setup { Granted, Refused, Missing, PlainFile, Eacces, RefusedWithFullDiskAccess, CodeOneElsewhere, OuterEperm };
-    struct Case {
-        const char* name;
-        Setup setup;
-        PrivacyAuthorizationStatus status;
-    } cases[] = {
-        {"allowed", Granted, 2},
-        {"refused", Refused, 1},
-        {"missing", Missing, 0},
-        {"a plain file", PlainFile, 0},
-        {"EACCES on an existing folder", Eacces, 2},
-        {"Full Disk Access opens a refused folder", RefusedWithFullDiskAccess, 2},
+    using Setup = void (*)(sim::SimulatedMac&);
+    struct Case { const char* name; Setup setup; PrivacyAuthorizationStatus status; } cases[] = {
+        {"allowed", [](sim::SimulatedMac& m) { m.privacy().setFolderConsent(ProtectedFolder::Downloads, Consent::Authorized); }, 2},
+        {"refused", [](sim::SimulatedMac& m) { m.privacy().setFolderConsent(ProtectedFolder::Downloads, Consent::Denied); }, 1},
+        {"missing", [](sim::SimulatedMac& m) { m.fileSystem().setHomeEntry("Downloads", SimFileSystem::Entry::Missing); }, 0},
+        {"a plain file", [](sim::SimulatedMac& m) { m.fileSystem().setHomeEntry("Downloads", SimFileSystem::Entry::PlainFile); }, 0},
+        {"EACCES on an existing folder",
+         [](sim::SimulatedMac& m) {
+             m.privacy().setFolderConsent(ProtectedFolder::Downloads, Consent::Authorized);
+             m.fileSystem().setListingError("~/Downloads", EACCES);
+         },
+         2},
+        {"Full Disk Access opens a refused folder",
+         [](sim::SimulatedMac& m) {
+             m.privacy().setFolderConsent(ProtectedFolder::Downloads, Consent::Denied);
+             m.privacy().setFullDiskAccess(true);
+         },
+         2},
         // Only an EPERM beneath the file manager's error means refused.
-        {"code 1 of another domain beneath", CodeOneElsewhere, 2},
-        {"EPERM as the outer error", OuterEperm, 2},
+        {"code 1 of another domain beneath",
+         [](sim::SimulatedMac& m) { m.fileSystem().setListingError("~/Downloads", nested("NSCocoaErrorDomain", 257, 1, "NSOSStatusErrorDomain")); }, 2},
+        {"EPERM as the outer error",
+         [](sim::SimulatedMac& m) { m.fileSystem().setListingError("~/Downloads", nested("NSPOSIXErrorDomain", 1, 13, "NSPOSIXErrorDomain")); }, 2},
     };
     for (const auto& c : cases) {
         sim::SimulatedMac mac;
-        auto& privacy = mac.privacy();
-        switch (c.setup) {
-        case Granted: privacy.setFolderConsent(ProtectedFolder::Downloads, Consent::Authorized); break;
-        case Refused: privacy.setFolderConsent(ProtectedFolder::Downloads, Consent::Denied); break;
-        case Missing: mac.fileSystem().setHomeEntry("Downloads", SimFileSystem::Entry::Missing); break;
-        case PlainFile: mac.fileSystem().setHomeEntry("Downloads", SimFileSystem::Entry::PlainFile); break;
-        case Eacces:
-            privacy.setFolderConsent(ProtectedFolder::Downloads, Consent::Authorized);
-            mac.fileSystem().setListingError("~/Downloads", EACCES);
-            break;
-        case RefusedWithFullDiskAccess:
-            privacy.setFolderConsent(ProtectedFolder::Downloads, Consent::Denied);
-            privacy.setFullDiskAccess(true);
-            break;
-        case CodeOneElsewhere:
-            mac.fileSystem().setListingError(
-                "~/Downloads", PlatformError{"NSCocoaErrorDomain", 257,
-                                             std::make_shared<PlatformError>(PlatformError{"NSOSStatusErrorDomain", 1, nullptr})});
-            break;
-        case OuterEperm:
-            mac.fileSystem().setListingError(
-                "~/Downloads", PlatformError{"NSPOSIXErrorDomain", 1,
-                                             std::make_shared<PlatformError>(PlatformError{"NSPOSIXErrorDomain", 13, nullptr})});
-            break;
-        }
+        c.setup(mac);
         EXPECT_EQ(S::filesAndFoldersAuthorizationStatus(VantroPrivacyDownloadsFolder), c.status) << c.name;
-        EXPECT_TRUE(privacy.prompts().empty()) << c.name;
+        EXPECT_TRUE(mac.privacy().prompts().empty()) << c.name;
     }
-}
-
-TEST(FilesAndFoldersProbe, OtherIdentifiersHaveNoDirectories) {
-    sim::SimulatedMac mac;
-    for (auto identifier : {std::optional<std::string_view>(VantroPrivacyFullDiskAccess),
-                            std::optional<std::string_view>(VantroPrivacyFilesAndFolders),
-                            std::optional<std::string_view>("privacy_desktopfolder"), std::optional<std::string_view>()}) {
-        EXPECT_EQ(S::filesAndFoldersAuthorizationStatus(identifier), 0);
-    }
-    EXPECT_EQ(mac.fileSystem().listingCount(), 0u);
 }
 
 TEST(FilesAndFoldersProbe, TheFirstListingAsksTheUserAndEveryCallProbesAgain) {
@@ -98,7 +79,6 @@ TEST(FilesAndFoldersProbe, TheFirstListingAsksTheUserAndEveryCallProbesAgain) {
     EXPECT_EQ(S::filesAndFoldersAuthorizationStatus(VantroPrivacyDocumentsFolder), 2);
     EXPECT_EQ(mac.privacy().prompts().size(), 1u) << "the answer is remembered";
     EXPECT_EQ(mac.fileSystem().listingsOf("~/Documents"), 2u);
-
     EXPECT_EQ(S::filesAndFoldersAuthorizationStatus(VantroPrivacyDesktopFolder), 1);
     EXPECT_EQ(mac.privacy().folderConsent(ProtectedFolder::Desktop), Consent::Denied);
 }

@@ -4,24 +4,22 @@
 #include <string>
 #include <vector>
 
-#include "Simulator/SimulatedMac.h"
-#include "StatusCenter/VantroRequestStatusCenter.h"
-#include "support/TemporaryResources.h"
+#include "statuscenter/CenterFixture.h"
 
 namespace vantro {
 namespace {
 
 using sim::SimFileSystem;
-using sim::SimPrivacy;
 using S = VantroRequestStatusCenter;
 
-const std::vector<std::string>& protectedDirectories() { return SimPrivacy::fullDiskAccessDirectories(); }
+const std::vector<std::string>& protectedDirectories() { return sim::SimPrivacy::fullDiskAccessDirectories(); }
+
+void forEachDirectory(sim::SimulatedMac& mac, void (*apply)(SimFileSystem&, const std::string&)) {
+    for (const auto& d : protectedDirectories()) apply(mac.fileSystem(), d);
+}
 
 TEST(FullDiskAccessProbe, HeldWithoutLookingUpTo1561AndProbedAbove) {
-    struct Case {
-        double appKit;
-        bool probes;
-    } cases[] = {{1561.0, false}, {1561.99, false}, {1562.0, true}, {1671.2, true}};
+    struct Case { double appKit; bool probes; } cases[] = {{1561.0, false}, {1561.99, false}, {1562.0, true}, {1671.2, true}};
     for (const auto& c : cases) {
         sim::SimulatedMac mac(test::atAppKit(c.appKit));
         EXPECT_EQ(S::hasFullDiskAccess(), !c.probes) << c.appKit;
@@ -41,53 +39,39 @@ TEST(FullDiskAccessProbe, ASandboxedHostHoldsItWithoutProbingAndIsCheckedOnce) {
 }
 
 TEST(FullDiskAccessProbe, VerdictTable) {
-    enum Setup { Fresh, Granted, AllMissing, AllPlainFiles, OnlyOneWithEacces, GrantedButLastEperm, OtherErrorsOnly, EaccesThenEperm };
-    struct Case {
-        const char* name;
-        Setup setup;
-        bool verdict;
-        std::size_t listings;
-    } cases[] = {
-        {"a fresh Mac stops at the first refusal", Fresh, false, 1},
-        {"with Full Disk Access all eight are tried", Granted, true, 8},
-        {"no directory at all", AllMissing, false, 0},
-        {"plain files are not directories", AllPlainFiles, false, 0},
-        {"EACCES is not a refusal", OnlyOneWithEacces, true, 1},
-        {"EPERM after readable directories", GrantedButLastEperm, false, 8},
-        {"other failures decide nothing", OtherErrorsOnly, true, 8},
-        {"EPERM after EACCES", EaccesThenEperm, false, 2},
+    using Setup = void (*)(sim::SimulatedMac&);
+    struct Case { const char* name; Setup setup; bool verdict; std::size_t listings; } cases[] = {
+        {"a fresh Mac stops at the first refusal", [](sim::SimulatedMac&) {}, false, 1},
+        {"with Full Disk Access all eight are tried", [](sim::SimulatedMac& m) { m.privacy().setFullDiskAccess(true); }, true, 8},
+        {"no directory at all",
+         [](sim::SimulatedMac& m) { forEachDirectory(m, [](SimFileSystem& fs, const std::string& d) { fs.setHomeEntry(d, SimFileSystem::Entry::Missing); }); },
+         false, 0},
+        {"plain files are not directories",
+         [](sim::SimulatedMac& m) { forEachDirectory(m, [](SimFileSystem& fs, const std::string& d) { fs.setHomeEntry(d, SimFileSystem::Entry::PlainFile); }); },
+         false, 0},
+        {"EACCES is not a refusal",
+         [](sim::SimulatedMac& m) {
+             forEachDirectory(m, [](SimFileSystem& fs, const std::string& d) { fs.setHomeEntry(d, SimFileSystem::Entry::Missing); });
+             m.fileSystem().setHomeEntry(protectedDirectories()[4], SimFileSystem::Entry::Directory);
+             m.fileSystem().setListingError("~/" + protectedDirectories()[4], EACCES);
+         },
+         true, 1},
+        {"EPERM after readable directories",
+         [](sim::SimulatedMac& m) {
+             m.privacy().setFullDiskAccess(true);
+             m.fileSystem().setListingError("~/" + protectedDirectories().back(), EPERM);
+         },
+         false, 8},
+        {"other failures decide nothing",
+         [](sim::SimulatedMac& m) { forEachDirectory(m, [](SimFileSystem& fs, const std::string& d) { fs.setListingError("~/" + d, EIO); }); },
+         true, 8},
+        {"EPERM after EACCES", [](sim::SimulatedMac& m) { m.fileSystem().setListingError("~/" + protectedDirectories()[0], EACCES); }, false, 2},
     };
     for (const auto& c : cases) {
         sim::SimulatedMac mac;
-        auto& fs = mac.fileSystem();
-        auto home = [](const std::string& relative) { return "~/" + relative; };
-        switch (c.setup) {
-        case Fresh: break;
-        case Granted: mac.privacy().setFullDiskAccess(true); break;
-        case AllMissing:
-            for (const auto& d : protectedDirectories()) fs.setHomeEntry(d, SimFileSystem::Entry::Missing);
-            break;
-        case AllPlainFiles:
-            for (const auto& d : protectedDirectories()) fs.setHomeEntry(d, SimFileSystem::Entry::PlainFile);
-            break;
-        case OnlyOneWithEacces:
-            for (const auto& d : protectedDirectories()) fs.setHomeEntry(d, SimFileSystem::Entry::Missing);
-            fs.setHomeEntry(protectedDirectories()[4], SimFileSystem::Entry::Directory);
-            fs.setListingError(home(protectedDirectories()[4]), EACCES);
-            break;
-        case GrantedButLastEperm:
-            mac.privacy().setFullDiskAccess(true);
-            fs.setListingError(home(protectedDirectories().back()), EPERM);
-            break;
-        case OtherErrorsOnly:
-            for (const auto& d : protectedDirectories()) fs.setListingError(home(d), EIO);
-            break;
-        case EaccesThenEperm:
-            fs.setListingError(home(protectedDirectories()[0]), EACCES);
-            break;
-        }
+        c.setup(mac);
         EXPECT_EQ(S::checkHasFullDiskAccess(), c.verdict) << c.name;
-        EXPECT_EQ(fs.listingCount(), c.listings) << c.name;
+        EXPECT_EQ(mac.fileSystem().listingCount(), c.listings) << c.name;
     }
 }
 
@@ -112,7 +96,6 @@ TEST(FullDiskAccessProbe, OneProbePerRunLoopPass) {
     mac.runOnePass();
     EXPECT_EQ(mac.runLoop().pendingTimers(), 0u);
     EXPECT_TRUE(S::hasFullDiskAccess()) << "the next pass probes afresh";
-    EXPECT_EQ(fs.listingCount(), afterFirst + 8);
     EXPECT_TRUE(S::hasFullDiskAccess());
     EXPECT_EQ(fs.listingCount(), afterFirst + 8);
     EXPECT_EQ(mac.runLoop().pendingTimers(), 1u);
@@ -120,21 +103,17 @@ TEST(FullDiskAccessProbe, OneProbePerRunLoopPass) {
 
 TEST(FullDiskAccessProbe, AModalAlertKeepsTheVerdict) {
     sim::SimulatedMac mac;
-    auto center = S::sharedRequestStatusCenter();
     EXPECT_FALSE(S::hasFullDiskAccess());
     mac.privacy().setFullDiskAccess(true);
     const std::size_t listings = mac.fileSystem().listingCount();
-
     // Main-queue work runs while the alert is up; the timer does not.
     std::optional<bool> duringAlert;
     mac.runLoop().dispatchAsyncMain([&] { duringAlert = S::hasFullDiskAccess(); });
     mac.alerts().answerNext(1, 2.0);
-    center->alertOpenPrivacyPreferences(VantroPrivacyFullDiskAccess);
-    ASSERT_TRUE(duringAlert.has_value());
-    EXPECT_FALSE(*duringAlert);
+    S::sharedRequestStatusCenter()->alertOpenPrivacyPreferences(VantroPrivacyFullDiskAccess);
+    EXPECT_EQ(duringAlert, std::optional<bool>(false));
     EXPECT_EQ(mac.fileSystem().listingCount(), listings);
     EXPECT_FALSE(S::hasFullDiskAccess());
-
     mac.runOnePass();
     EXPECT_TRUE(S::hasFullDiskAccess());
 }

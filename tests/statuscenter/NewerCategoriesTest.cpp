@@ -1,16 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "Guide/Vantro.h"
 #include "PermissionList/VantroViewController.h"
 #include "Simulator/SimPermissionList.h"
-#include "Simulator/SimulatedMac.h"
-#include "StatusCenter/VantroRequestStatusCenter.h"
 #include "Vocabulary/NewerPrivacyCategories.h"
-#include "support/TemporaryResources.h"
+#include "statuscenter/CenterFixture.h"
 
 namespace vantro {
 namespace {
@@ -18,33 +15,8 @@ namespace {
 using sim::Consent;
 using sim::PromptAnswer;
 using sim::PromptedService;
-
-// A status center whose refusal alert only records the identifier it was
-// shown for, and whether on the main thread. The record outlives the center.
-class AlertRecordingCenter : public VantroRequestStatusCenter {
-public:
-    using VantroRequestStatusCenter::VantroRequestStatusCenter;
-    struct Record {
-        std::vector<std::string> alerts;
-        bool allOnMainThread = true;
-    };
-    std::shared_ptr<Record> record = std::make_shared<Record>();
-    void alertOpenPrivacyPreferences(std::string_view identifier) override {
-        record->alerts.emplace_back(identifier);
-        record->allOnMainThread = record->allOnMainThread && HostProcess::current().platform().runLoop().isMainThread();
-    }
-};
-
-std::vector<std::string> notSupportedLines(std::initializer_list<PrivacyCategoryIdentifier> identifiers) {
-    std::vector<std::string> lines;
-    for (auto identifier : identifiers) lines.push_back("Privacy category identifier not supported: " + std::string(identifier));
-    return lines;
-}
-
-// The privacy settings at `anchor` as System Settings (13 on) opens them.
-std::string pane(std::string_view anchor) {
-    return "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?" + std::string(anchor);
-}
+using test::AlertRecordingCenter;
+using test::settingsPane;
 
 // The labels of the rows a permission list shows for `identifiers`.
 std::vector<std::string> listedLabels(sim::SimulatedMac& mac, std::vector<std::string> identifiers) {
@@ -62,19 +34,17 @@ TEST(NewerCategories, UntilTheHostTurnsThemOnEveryAnswerIsThatOfAnUnknownIdentif
     for (auto identifier : VantroPrivacyNewerIdentifiers) mac.privacy().setConsentForIdentifier(identifier, Consent::Authorized);
     auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
     EXPECT_FALSE(VantroRequestStatusCenter::servesNewerPrivacyCategories());
+    std::vector<std::string> expected;
     for (auto identifier : VantroPrivacyNewerIdentifiers) {
         EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(identifier), 0) << identifier;
         // Screen Recording and Input Monitoring are listed as 1 in the
         // resource; unserved, they read as unlisted.
         EXPECT_EQ(center->authorizationRequestTypeForIdentifier(identifier), 0) << identifier;
         center->requestPrivacyAuthorizationForIdentifier(identifier, false);
+        // One line for the status and one for the request of each.
+        expected.insert(expected.end(), 2, "Privacy category identifier not supported: " + std::string(identifier));
     }
     mac.runUntilIdle(5);
-    // One line for the status and one for the request of each.
-    std::vector<std::string> expected;
-    for (auto identifier : VantroPrivacyNewerIdentifiers) {
-        for (const auto& line : notSupportedLines({identifier, identifier})) expected.push_back(line);
-    }
     EXPECT_EQ(mac.log().lines(), expected);
     EXPECT_TRUE(mac.services().messages().empty());
     EXPECT_TRUE(mac.privacy().prompts().empty());
@@ -85,7 +55,6 @@ TEST(NewerCategories, UntilTheHostTurnsThemOnEveryAnswerIsThatOfAnUnknownIdentif
     EXPECT_EQ(guide->message(),
               "Drag Vantro Demo into the list above, or click + below the list and choose Vantro Demo. Then turn on its switch.");
     guide->stop();
-
     EXPECT_EQ(listedLabels(mac, {std::string(VantroPrivacyCamera), std::string(VantroPrivacyCalendars)}),
               std::vector<std::string>{"Calendars"});
 }
@@ -95,55 +64,40 @@ TEST(NewerCategories, ServedTheyAnswerFromTheSystemWithTheirOwnRequestTypesAndPr
     VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
     auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
     auto guide = Vantro::sharedKit();
-    struct Case {
-        PrivacyCategoryIdentifier identifier;
-        PrivacyAuthorizationRequestType type;
-        std::string prompt;
-    } cases[] = {
-        {VantroPrivacyScreenRecording, 1,
-         "Find Vantro Demo in the list above and turn on its switch. If Vantro Demo is missing, drag it into the list or "
-         "click + below the list."},
-        {VantroPrivacyInputMonitoring, 1,
-         "Find Vantro Demo in the list above and turn on its switch. If Vantro Demo is missing, drag it into the list or "
-         "click + below the list."},
-        {VantroPrivacyCamera, 0, "Find Vantro Demo in the list above and turn on its switch."},
-        {VantroPrivacyMicrophone, 0, "Find Vantro Demo in the list above and turn on its switch."},
-        {VantroPrivacyBluetooth, 0, "Find Vantro Demo in the list above and turn on its switch."},
+    const std::string toggle = "Find Vantro Demo in the list above and turn on its switch.";
+    const std::string toggleOrAdd = toggle.substr(0, toggle.size() - 1) +
+                                    ". If Vantro Demo is missing, drag it into the list or click + below the list.";
+    struct Case { PrivacyCategoryIdentifier identifier; PrivacyAuthorizationRequestType type; const std::string& prompt; } cases[] = {
+        {VantroPrivacyScreenRecording, 1, toggleOrAdd}, {VantroPrivacyInputMonitoring, 1, toggleOrAdd},
+        {VantroPrivacyCamera, 0, toggle}, {VantroPrivacyMicrophone, 0, toggle}, {VantroPrivacyBluetooth, 0, toggle},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(center->authorizationRequestTypeForIdentifier(c.identifier), c.type) << c.identifier;
         guide->askAccessForPanelIdentifier(c.identifier);
         EXPECT_EQ(guide->message(), c.prompt) << c.identifier;
         guide->stop();
+        // Every anchor is the identifier itself.
+        Vantro::openPrivacyPreferencesWithAnchor(c.identifier);
+        EXPECT_EQ(mac.workspace().openedURLs().back(), settingsPane(c.identifier));
     }
-    // Every anchor is the identifier itself.
-    for (const auto& c : cases) Vantro::openPrivacyPreferencesWithAnchor(c.identifier);
-    EXPECT_EQ(mac.workspace().openedURLs().back(), pane("Privacy_Bluetooth"));
     EXPECT_TRUE(mac.log().lines().empty());
 }
 
 TEST(NewerCategories, EachStatusComesFromItsServiceAndNeverPrompts) {
-    struct Case {
-        PrivacyCategoryIdentifier identifier;
-        Consent consent;
-        PrivacyAuthorizationStatus status;
-        const char* message;
-    } cases[] = {
-        {VantroPrivacyScreenRecording, Consent::NotDetermined, 0, "CGPreflightScreenCaptureAccess"},
-        {VantroPrivacyScreenRecording, Consent::Denied, 0, "CGPreflightScreenCaptureAccess"},
-        {VantroPrivacyScreenRecording, Consent::Authorized, 2, "CGPreflightScreenCaptureAccess"},
-        {VantroPrivacyInputMonitoring, Consent::NotDetermined, 0, "IOHIDCheckAccess 1"},
-        {VantroPrivacyInputMonitoring, Consent::Denied, 1, "IOHIDCheckAccess 1"},
-        {VantroPrivacyInputMonitoring, Consent::Restricted, 1, "IOHIDCheckAccess 1"},
-        {VantroPrivacyInputMonitoring, Consent::Authorized, 2, "IOHIDCheckAccess 1"},
-        {VantroPrivacyCamera, Consent::NotDetermined, 0, "AVCaptureDevice authorizationStatusForMediaType: vide"},
-        {VantroPrivacyCamera, Consent::Restricted, 0, "AVCaptureDevice authorizationStatusForMediaType: vide"},
-        {VantroPrivacyCamera, Consent::Denied, 1, "AVCaptureDevice authorizationStatusForMediaType: vide"},
+    const char* screen = "CGPreflightScreenCaptureAccess";
+    const char* input = "IOHIDCheckAccess 1";
+    const char* camera = "AVCaptureDevice authorizationStatusForMediaType: vide";
+    const char* bluetooth = "CBManager authorization";
+    struct Case { PrivacyCategoryIdentifier identifier; Consent consent; PrivacyAuthorizationStatus status; const char* message; } cases[] = {
+        {VantroPrivacyScreenRecording, Consent::NotDetermined, 0, screen}, {VantroPrivacyScreenRecording, Consent::Denied, 0, screen},
+        {VantroPrivacyScreenRecording, Consent::Authorized, 2, screen},    {VantroPrivacyInputMonitoring, Consent::NotDetermined, 0, input},
+        {VantroPrivacyInputMonitoring, Consent::Denied, 1, input},         {VantroPrivacyInputMonitoring, Consent::Restricted, 1, input},
+        {VantroPrivacyInputMonitoring, Consent::Authorized, 2, input},     {VantroPrivacyCamera, Consent::NotDetermined, 0, camera},
+        {VantroPrivacyCamera, Consent::Restricted, 0, camera},             {VantroPrivacyCamera, Consent::Denied, 1, camera},
         {VantroPrivacyMicrophone, Consent::Authorized, 2, "AVCaptureDevice authorizationStatusForMediaType: soun"},
         {VantroPrivacyMicrophone, Consent::Denied, 1, "AVCaptureDevice authorizationStatusForMediaType: soun"},
-        {VantroPrivacyBluetooth, Consent::Restricted, 0, "CBManager authorization"},
-        {VantroPrivacyBluetooth, Consent::Denied, 1, "CBManager authorization"},
-        {VantroPrivacyBluetooth, Consent::Authorized, 2, "CBManager authorization"},
+        {VantroPrivacyBluetooth, Consent::Restricted, 0, bluetooth},       {VantroPrivacyBluetooth, Consent::Denied, 1, bluetooth},
+        {VantroPrivacyBluetooth, Consent::Authorized, 2, bluetooth},
     };
     for (const auto& c : cases) {
         sim::SimulatedMac mac(test::atAppKit(2022.5, "11"));
@@ -159,11 +113,7 @@ TEST(NewerCategories, EachStatusComesFromItsServiceAndNeverPrompts) {
 TEST(NewerCategories, BeforeTheirReleaseTheyAreGrantedWithoutAsking) {
     // Strictly above 1561 for the capture devices, above 1671 for the rest;
     // 1561.x and 1671.x fall below.
-    struct Case {
-        double appKit;
-        PrivacyCategoryIdentifier identifier;
-        bool asks;
-    } cases[] = {
+    struct Case { double appKit; PrivacyCategoryIdentifier identifier; bool asks; } cases[] = {
         {1561.9, VantroPrivacyCamera, false},          {1562.0, VantroPrivacyCamera, true},
         {1561.9, VantroPrivacyMicrophone, false},      {1562.0, VantroPrivacyMicrophone, true},
         {1671.9, VantroPrivacyScreenRecording, false}, {1672.0, VantroPrivacyScreenRecording, true},
@@ -228,26 +178,19 @@ TEST(NewerCategories, ScreenRecordingAsksTheSystemOnceThenGuidesUnlessSilent) {
     EXPECT_TRUE(mac.workspace().openedURLs().empty()) << "a silent request shows nothing";
     center->requestScreenRecordingAuthorization(false);
     ASSERT_FALSE(mac.workspace().openedURLs().empty());
-    EXPECT_EQ(mac.workspace().openedURLs().front(), pane("Privacy_ScreenCapture"));
+    EXPECT_EQ(mac.workspace().openedURLs().front(), settingsPane("Privacy_ScreenCapture"));
     EXPECT_EQ(mac.privacy().prompts().size(), 1u) << "the system asks only once";
     Vantro::sharedKit()->stop();
 
     mac.privacy().setConsentForIdentifier(VantroPrivacyScreenRecording, Consent::Authorized);
-    auto opened = mac.workspace().openedURLs().size();
+    auto openedBefore = mac.workspace().openedURLs().size();
     center->requestScreenRecordingAuthorization(false);
-    EXPECT_EQ(mac.workspace().openedURLs().size(), opened) << "granted: nothing to do";
+    EXPECT_EQ(mac.workspace().openedURLs().size(), openedBefore) << "granted: nothing to do";
     EXPECT_EQ(center->screenRecordingAuthorizationStatus(), 2);
 }
 
 TEST(NewerCategories, InputMonitoringWaitsForTheSystemsPromptAndGuidesOnlyAfterARefusal) {
-    struct Case {
-        const char* name;
-        Consent before;
-        std::optional<PromptAnswer> answer;
-        bool silent;
-        bool guided;
-        Consent after;
-    } cases[] = {
+    struct Case { const char* name; Consent before; std::optional<PromptAnswer> answer; bool silent, guided; Consent after; } cases[] = {
         {"allowed at the prompt", Consent::NotDetermined, PromptAnswer::allow(2), false, false, Consent::Authorized},
         {"refused at the prompt", Consent::NotDetermined, PromptAnswer::deny(2), false, false, Consent::Denied},
         {"never answered", Consent::NotDetermined, PromptAnswer::never(), false, false, Consent::NotDetermined},
@@ -260,37 +203,29 @@ TEST(NewerCategories, InputMonitoringWaitsForTheSystemsPromptAndGuidesOnlyAfterA
         VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
         mac.privacy().setConsent(PromptedService::InputMonitoring, c.before);
         if (c.answer) mac.privacy().answerNextPrompt(*c.answer);
-        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
         double before = mac.now();
-        center->requestPrivacyAuthorizationForIdentifier(VantroPrivacyInputMonitoring, c.silent);
+        VantroRequestStatusCenter::sharedRequestStatusCenter()->requestPrivacyAuthorizationForIdentifier(VantroPrivacyInputMonitoring,
+                                                                                                         c.silent);
         // The request returns only once the user has answered (or the prompt
         // was given up).
-        if (c.answer) {
-            EXPECT_GT(mac.now(), before) << c.name;
-        }
+        EXPECT_EQ(mac.now() > before, c.answer.has_value()) << c.name;
         EXPECT_EQ(mac.privacy().prompts().size(), c.answer ? 1u : 0u) << c.name;
-        EXPECT_EQ(!mac.workspace().openedURLs().empty(), c.guided) << c.name;
-        if (c.guided) {
-            EXPECT_EQ(mac.workspace().openedURLs().front(), pane("Privacy_ListenEvent"));
-        }
+        EXPECT_EQ(mac.workspace().openedURLs(), (c.guided ? std::vector{settingsPane("Privacy_ListenEvent")} : std::vector<std::string>{}))
+            << c.name;
         EXPECT_EQ(mac.privacy().consent(PromptedService::InputMonitoring), c.after) << c.name;
         Vantro::sharedKit()->stop();
     }
 }
 
+// Who asks, what the database holds and how the user answers; then the
+// alerts shown and the status that follows. An answer outliving its
+// requester still alerts on the main queue.
 TEST(NewerCategories, CaptureDevicesAndBluetoothAlertAfterTheirAnswerOnlyWhenRefusedAndLoud) {
-    // Who asks, what the database holds and how the user answers; then the
-    // alerts shown and the status that follows.
-    struct Case {
-        PrivacyCategoryIdentifier identifier;
-        Consent before;
-        std::optional<PromptAnswer> answer;
-        bool silent;
-        std::vector<std::string> alerts;
-        PrivacyAuthorizationStatus status;
-    } cases[] = {
+    struct Case { PrivacyCategoryIdentifier identifier; Consent before; std::optional<PromptAnswer> answer; bool silent;
+                  std::vector<std::string> alerts; PrivacyAuthorizationStatus status; bool releaseRequester = false; } cases[] = {
         {VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::allow(), false, {}, 2},
         {VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::deny(), false, {"Privacy_Camera"}, 1},
+        {VantroPrivacyCamera, Consent::NotDetermined, PromptAnswer::deny(1), false, {"Privacy_Camera"}, 1, true},
         {VantroPrivacyMicrophone, Consent::NotDetermined, PromptAnswer::deny(), true, {}, 1},
         {VantroPrivacyMicrophone, Consent::Denied, std::nullopt, false, {"Privacy_Microphone"}, 1},
         {VantroPrivacyBluetooth, Consent::NotDetermined, PromptAnswer::allow(), false, {}, 2},
@@ -305,54 +240,36 @@ TEST(NewerCategories, CaptureDevicesAndBluetoothAlertAfterTheirAnswerOnlyWhenRef
         mac.privacy().setConsentForIdentifier(c.identifier, c.before);
         if (c.answer) mac.privacy().answerNextPrompt(*c.answer);
         auto center = makeShared<AlertRecordingCenter>();
+        auto record = center->record;
         center->requestPrivacyAuthorizationForIdentifier(c.identifier, c.silent);
-        EXPECT_TRUE(center->record->alerts.empty()) << "case " << i << ": nothing before the answer";
+        EXPECT_TRUE(record->alerts.empty()) << "case " << i << ": nothing before the answer";
+        if (c.releaseRequester) center.reset();
         mac.runUntilIdle(30);
-        EXPECT_EQ(center->record->alerts, c.alerts) << "case " << i;
-        EXPECT_TRUE(center->record->allOnMainThread) << "case " << i;
+        EXPECT_EQ(record->alerts, c.alerts) << "case " << i;
+        EXPECT_TRUE(record->allOnMainThread) << "case " << i;
         EXPECT_EQ(mac.privacy().prompts().size(), c.answer ? 1u : 0u) << "case " << i;
-        EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(c.identifier), c.status) << "case " << i;
+        EXPECT_EQ(VantroRequestStatusCenter::sharedRequestStatusCenter()->privacyAuthorizationStatusForIdentifier(c.identifier),
+                  c.status)
+            << "case " << i;
     }
-}
-
-TEST(NewerCategories, AnAnswerOutlivingItsRequesterStillRunsOnTheMainQueue) {
-    sim::SimulatedMac mac(test::atAppKit(2685.4, "26"));
-    VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
-    mac.privacy().answerNextPrompt(PromptAnswer::deny(1));
-    auto center = makeShared<AlertRecordingCenter>();
-    auto record = center->record;
-    center->requestCameraAuthorization(false);
-    center.reset();
-    mac.runUntilIdle(5);
-    EXPECT_EQ(record->alerts, std::vector<std::string>{"Privacy_Camera"});
-    EXPECT_TRUE(record->allOnMainThread);
 }
 
 TEST(NewerCategories, TheListShowsThemWhereTheReleaseHasThemWithTheirLabels) {
     const std::vector<std::string> requested = {"Privacy_ScreenCapture", "Privacy_ListenEvent", "Privacy_Camera",
                                                 "Privacy_Microphone", "Privacy_Bluetooth"};
-    struct Case {
-        const char* release;
-        std::vector<std::string> labels;
-    } cases[] = {
-        {"10.13", {}},
-        {"10.14", {"Camera", "Microphone"}},
-        {"10.15", {"Screen Recording", "Input Monitoring", "Camera", "Microphone", "Bluetooth"}},
-        {"27", {"Screen Recording", "Input Monitoring", "Camera", "Microphone", "Bluetooth"}},
+    const std::vector<std::string> all = {"Screen Recording", "Input Monitoring", "Camera", "Microphone", "Bluetooth"};
+    struct Case { const char* release; const char* language; std::vector<std::string> labels; } cases[] = {
+        {"10.13", "en", {}},
+        {"10.14", "en", {"Camera", "Microphone"}},
+        {"10.15", "en", all},
+        {"27", "en", all},
+        {"10.15", "de", {"Bildschirmaufnahme", "Eingabeüberwachung", "Kamera", "Mikrofon", "Bluetooth"}},
     };
     for (const auto& c : cases) {
-        sim::MacConfiguration configuration;
-        configuration.release = c.release;
-        sim::SimulatedMac mac(configuration);
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release, .languages = {c.language}});
         VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
-        EXPECT_EQ(listedLabels(mac, requested), c.labels) << c.release;
+        EXPECT_EQ(listedLabels(mac, requested), c.labels) << c.release << " " << c.language;
     }
-    sim::MacConfiguration german;
-    german.languages = {"de"};
-    sim::SimulatedMac mac(german);
-    VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
-    EXPECT_EQ(listedLabels(mac, requested),
-              (std::vector<std::string>{"Bildschirmaufnahme", "Eingabeüberwachung", "Kamera", "Mikrofon", "Bluetooth"}));
 }
 
 }  // namespace
