@@ -109,50 +109,6 @@ TEST(SimActivation, TheHostLearnsOfAnActivationWhenItsMainThreadRuns) {
     EXPECT_EQ(mac.workspace().frontmostApplication()->bundleIdentifier(), "com.apple.finder");
 }
 
-TEST(SimLaunch, OptionsDecideWaitingAndActivation) {
-    struct Case {
-        unsigned options;
-        bool waits;
-        bool activates;
-    } cases[] = {
-        {0, true, true},
-        {NSWorkspaceLaunchWithoutActivation, true, false},
-        {NSWorkspaceLaunchAsync, false, true},
-        {NSWorkspaceLaunchAsync | NSWorkspaceLaunchWithoutActivation, false, false},
-    };
-    for (const auto& c : cases) {
-        SimulatedMac mac;
-        mac.workspace().install({"com.example.Target", "Target", "file:///Applications/Target.app/", 0.3});
-        int notifications = 0;
-        mac.workspace().addActivationObserver(&notifications, [&](RunningApplicationPtr) { ++notifications; });
-        auto launched = mac.workspace().launchApplicationAtURL("file:///Applications/Target.app/", c.options);
-        ASSERT_NE(launched, nullptr);
-        auto target = mac.workspace().application("com.example.Target");
-        ASSERT_EQ(target, launched) << "listed as running at once";
-        EXPECT_EQ(mac.now(), c.waits ? 0.3 : 0.0) << c.options;
-        EXPECT_EQ(target->isFinishedLaunching(), c.waits) << c.options;
-        EXPECT_EQ(notifications, 0) << "the host's main thread has not run yet";
-        mac.runFor(1.0);
-        EXPECT_TRUE(target->isFinishedLaunching());
-        EXPECT_EQ(mac.workspace().front() == target, c.activates) << c.options;
-        EXPECT_EQ(notifications, c.activates ? 1 : 0) << c.options;
-        mac.workspace().removeObserver(&notifications);
-    }
-}
-
-TEST(SimEvents, AMonitorSeesOnlyTheEventsOfItsMask) {
-    SimulatedMac mac;
-    auto preferences = mac.workspace().start(SystemPreferencesBundleIdentifier);
-    std::vector<long> seen;
-    auto monitor = mac.windows().addGlobalMonitorForEventsMatchingMask(
-        NSEventMaskLeftMouseDown | NSEventMaskLeftMouseDragged, [&](const Event& e) { seen.push_back(e.type); });
-    for (long type : {NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp, NSEventTypeRightMouseDown, NSEventTypeRightMouseUp,
-                      NSEventTypeMouseMoved, NSEventTypeLeftMouseDragged, NSEventTypeKeyDown, NSEventTypeScrollWheel})
-        mac.windows().deliverMouseEvent({type, 1, {}}, preferences->processIdentifier());
-    EXPECT_EQ(seen, (std::vector<long>{NSEventTypeLeftMouseDown, NSEventTypeLeftMouseDragged}));
-    mac.windows().removeMonitor(monitor);
-}
-
 TEST(SimAppleEvents, TheQueryAnswersForTheEventsAskedAbout) {
     const FourCharCode wild = typeWildCard;
     struct Case {
