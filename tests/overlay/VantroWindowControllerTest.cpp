@@ -32,6 +32,8 @@ TEST(VantroWindowController, LoadsTheOverlayWithItsIconView) {
     EXPECT_EQ(field, window->textFieldWithId(window->layout().outlets.at("unlockMessageField")));
     EXPECT_FALSE(controller->window()->isVisible()) << "the overlay waits to be shown";
     EXPECT_EQ(controller->iconView()->image(), sim::applicationIconImageName(mac));
+    // The controller's inDrag is the icon view's, announced as a dependent key.
+    EXPECT_EQ(VantroWindowController::keyPathsForValuesAffectingInDrag(), (std::vector<std::string>{"iconView.inDrag"}));
     // The field shows the message only through its binding.
     EXPECT_EQ(field->stringValue(*controller), "");
     controller->setMessage("Shown through the binding.");
