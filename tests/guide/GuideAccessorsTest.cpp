@@ -14,60 +14,34 @@ struct Announcements : Observer {
 };
 const char announcementsContext[] = "announcements";
 
+// The guide observes the hiding of the application it was made with, whatever
+// host application it is given later; given that one back, it lets go of it
+// when it goes.
 TEST_F(GuideAccessors, ReplacingTheHostApplicationLeavesTheHiddenObservationWhereItWas) {
     startGuiding();
-    ASSERT_TRUE(guide->isOverlayShown());
     auto host = guide->hostApplication();
     auto other = otherApp();
     const auto hostObservations = host->observationCount();
     const auto otherObservations = other->observationCount();
-
     guide->setHostApplication(other);
     EXPECT_EQ(guide->hostApplication(), other);
     EXPECT_EQ(host->observationCount(), hostObservations);
     EXPECT_EQ(other->observationCount(), otherObservations);
-    // Hiding the other application is not heard; hiding the host still hides
-    // the overlay.
     other->setHidden(true);
     EXPECT_TRUE(guide->isOverlayShown());
     mac.workspace().host()->setHidden(true);
     EXPECT_FALSE(guide->isOverlayShown());
-
     guide->setHostApplication(nullptr);
-    EXPECT_EQ(guide->hostApplication(), nullptr);
     EXPECT_EQ(host->observationCount(), hostObservations);
     guide->setHostApplication(host);
-    EXPECT_TRUE(mac.log().objections().empty());
-}
 
-TEST_F(GuideAccessors, AGuideThatGetsItsHostApplicationBackLeavesNothingBehind) {
-    auto host = mac.workspace().host();
-    const auto hostObservations = host->observationCount();
     auto own = makeShared<Vantro>();
     EXPECT_EQ(host->observationCount(), hostObservations + 1);
-    own->setHostApplication(otherApp());
+    own->setHostApplication(other);
     own->setHostApplication(host);
     own.reset();
     EXPECT_EQ(host->observationCount(), hostObservations);
     EXPECT_TRUE(mac.log().objections().empty());
-}
-
-TEST_F(GuideAccessors, SettingTheMonitorNeitherInstallsNorRemovesOne) {
-    startGuiding();
-    auto installed = guide->monitor();
-    ASSERT_NE(installed, nullptr);
-    ASSERT_EQ(mac.windows().monitorCount(), 1u);
-    guide->setMonitor(nullptr);
-    EXPECT_EQ(mac.windows().monitorCount(), 1u);
-    guide->removeMonitor();  // no token set: nothing to remove
-    EXPECT_EQ(mac.windows().monitorCount(), 1u);
-    guide->setMonitor(installed);
-    EXPECT_EQ(mac.windows().monitorCount(), 1u);
-    guide->addMonitor();  // a token is set: nothing more to install
-    EXPECT_EQ(mac.windows().monitorCount(), 1u);
-    guide->removeMonitor();
-    EXPECT_EQ(mac.windows().monitorCount(), 0u);
-    EXPECT_EQ(guide->monitor(), nullptr);
 }
 
 TEST_F(GuideAccessors, IsOverlayShownFollowsTheWindowOfTheControllerSet) {
@@ -79,7 +53,6 @@ TEST_F(GuideAccessors, IsOverlayShownFollowsTheWindowOfTheControllerSet) {
     const auto layoutsLoaded = mac.timeline().matching("loads the layout", "overlay").size();
 
     guide->setWindowController(first);
-    EXPECT_EQ(guide->windowController(), first);
     EXPECT_EQ(announcements.count, 1);
     EXPECT_FALSE(guide->isOverlayShown()) << "setting shows nothing";
     first->window()->orderFront();
@@ -98,7 +71,6 @@ TEST_F(GuideAccessors, IsOverlayShownFollowsTheWindowOfTheControllerSet) {
     startGuiding();
     EXPECT_EQ(guide->windowController(), second);
     EXPECT_TRUE(second->window()->isVisible());
-    EXPECT_EQ(second->window()->level(), NSPopUpMenuWindowLevel);
     EXPECT_EQ(second->message(), guide->message());
     EXPECT_EQ(mac.timeline().matching("loads the layout", "overlay").size(), layoutsLoaded);
     const int beforeRemoval = announcements.count;

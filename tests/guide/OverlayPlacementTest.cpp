@@ -65,7 +65,7 @@ TEST_F(OverlayPlacement, OnlyOnScreenWindowsOfTheDisplayAreLookedAt) {
         }
     });
     startGuiding();
-    EXPECT_EQ(overlay()->frame(), (Rect{{386, 900 - (120 + 580 + 110)}, {668, 690}}));
+    EXPECT_EQ(overlay()->frame(), overWindowAt(386, 120));
     EXPECT_FALSE(sawDesktop);
     EXPECT_FALSE(sawOffScreen);
 }
@@ -82,6 +82,7 @@ TEST_F(OverlayPlacement, PlacingBringsEverySettingsWindowForward) {
     mac.systemPreferences().addExtraWindow({{{30, 40}, {500, 300}}, std::nullopt});
     guide->setStopOnActivateOfHostApplication(false);
     startGuiding();
+    EXPECT_EQ(overlay()->frame(), overWindowAt(30, 40, 500, 300)) << "the further back of the two";
     constexpr long settings = sim::SimWindows::preferencesWindowNumber, second = settings + 1;
     constexpr long host = sim::SimWindows::hostWindowNumber;
     // A click into the host's window and one back into the settings window
@@ -128,7 +129,7 @@ TEST_F(OverlayPlacement, TheOverlayJumpsToTheSettingsWindowAtOnce) {
     mac.systemPreferences().userMovesWindow({200, 80});
     // No animation: no time passes and the overlay makes one move.
     EXPECT_EQ(mac.now(), before);
-    EXPECT_EQ(overlay()->frame(), (Rect{{200, 900 - (80 + 580 + 110)}, {668, 690}}));
+    EXPECT_EQ(overlay()->frame(), overWindowAt(200, 80));
     EXPECT_EQ(sim::simOverlayWindow(*guide->windowController())->displayedFrame(), overlay()->frame())
         << "drawn at its new place before the main loop goes on";
     EXPECT_EQ(mac.timeline().matching("moves to", "overlay").size(), movesBefore + 1);
@@ -161,33 +162,6 @@ TEST_F(OverlayPlacement, OnlyWindowsTallerThanAHundredPointsOfTheFrontPreference
     mac.windows().setDescriptionFilter(nullptr);
     mac.windows().setWindowListUnavailable(true);
     EXPECT_FALSE(guide->preferencesWindow().has_value());
-}
-
-TEST_F(OverlayPlacement, TheOverlayFollowsTheFurtherBackOfTwoSettingsWindows) {
-    mac.systemPreferences().addExtraWindow({{{30, 40}, {500, 300}}, std::nullopt});
-    startGuiding();
-    EXPECT_EQ(overlay()->frame(), (Rect{{30, 900 - (40 + 300 + 110)}, {500, 410}}));
-}
-
-TEST_F(OverlayPlacement, NoWindowWhileTheHostIsInFront) {
-    startGuiding();
-    guide->setStopOnActivateOfHostApplication(false);
-    mac.workspace().activate(mac.workspace().host());
-    mac.runFor(0.1);
-    EXPECT_TRUE(mac.systemPreferences().isRunning());
-    EXPECT_FALSE(guide->preferencesWindow().has_value());
-}
-
-TEST_F(OverlayPlacement, EveryPlacementReactivatesPreferencesAndTellsTheDelegateOnlyAfterAHiding) {
-    startGuiding();
-    EXPECT_EQ(delegate->count("did"), 1);
-    for (int i = 0; i < 3; ++i) guide->updateOverlay();
-    EXPECT_EQ(delegate->count("did"), 1);
-    EXPECT_GE(mac.timeline().matching("becomes the active application").size(), 1u);
-    mac.workspace().host()->setHidden(true);
-    mac.workspace().host()->setHidden(false);
-    guide->updateOverlay();
-    EXPECT_EQ(delegate->count("did"), 2);
 }
 
 TEST_F(OverlayPlacement, RetriesEveryHalfSecondGoOnAfterStop) {
@@ -234,12 +208,8 @@ TEST_F(TitleCheck, OnlyTheExactTitleCountsAsThePane) {
         {"Security & Privacy", true},   {"security & privacy", false}, {"SECURITY & PRIVACY", false},
         {"Security & Privacy ", false}, {"Security", false},
     };
-    const long pid = mac.systemPreferences().processIdentifier();
     for (const auto& c : cases) {
-        mac.windows().setDescriptionFilter([&](std::vector<Value>& list) {
-            for (auto& w : list)
-                if (w.find("kCGWindowOwnerPID")->integerValue() == pid) w.dictionary()->insert_or_assign("kCGWindowName", Value(c.title));
-        });
+        titlePreferencesWindows(c.title);
         guide->placeWindowForItem(*guide->preferencesWindow());
         ASSERT_TRUE(guide->isOverlayShown());
         guide->checkWindowName();
@@ -313,24 +283,6 @@ TEST(OverlayLayoutFailure, AControllerWithoutAWindowKeepsTellingTheDelegate) {
     EXPECT_FALSE(guide->isOverlayShown());
     guide->updateOverlay();
     EXPECT_GE(delegate->count("did"), 3);
-}
-
-struct OverlayObserver : Observer {
-    std::vector<bool> seen;
-    void observeValueForKeyPath(std::string_view, Observable& object, ObservationContext) override {
-        seen.push_back(static_cast<Vantro&>(object).isOverlayShown());
-    }
-};
-
-TEST_F(OverlayPlacement, ObserversOfIsOverlayShownHearEveryChange) {
-    static const char context[] = "test";
-    OverlayObserver observer;
-    guide->addObserver(observer, "isOverlayShown", ObservingOptionInitial, context);
-    startGuiding();
-    guide->stop();
-    guide->removeObserver(observer, "isOverlayShown", context);
-    // initial NO, controller created (still NO), shown, hidden
-    EXPECT_EQ(observer.seen, (std::vector<bool>{false, false, true, false}));
 }
 
 }  // namespace

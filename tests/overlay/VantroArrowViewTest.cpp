@@ -13,15 +13,13 @@ namespace {
 
 using Element = BezierPath::ElementType;
 
-std::vector<Point> linePoints(const BezierPath& path) {
+// The seven outline points as the path carries them (its lines 1 to 7).
+std::vector<Point> outline(const BezierPath& path) {
     std::vector<Point> out;
     for (const auto& e : path.elements())
         if (e.type == Element::LineTo) out.push_back(e.point);
     return out;
 }
-
-// The seven outline points as the path carries them (its lines 1 to 7).
-std::vector<Point> outline(const BezierPath& path) { return linePoints(path); }
 
 TEST(VantroArrowView, WorkedExampleOfAFortyByHundredView) {
     sim::SimulatedMac mac;
@@ -68,25 +66,13 @@ TEST(VantroArrowView, PathIsOneMoveSevenLinesAndAClose) {
 }
 
 TEST(VantroArrowView, LengthIsMeasuredInSinglePrecision) {
-    struct Case {
-        Point from, to;
-    } cases[] = {{{0, 0}, {1, 1}}, {{10.1, 20.3}, {387.77, 12.9}}, {{-5, 7}, {-300.25, -411.125}}, {{0.1, 0.2}, {0.3, 0.7}}};
-    for (const auto& c : cases) {
-        const double dx = c.to.x - c.from.x, dy = c.to.y - c.from.y;
-        const double single = static_cast<double>(std::hypotf(static_cast<float>(dx), static_cast<float>(dy)));
-        EXPECT_EQ(VantroArrowView::arrowLength(c.from, c.to), single);
-        const AffineTransformStruct t = VantroArrowView::arrowTransform(c.from, c.to);
-        EXPECT_EQ(t.m11, dx / single);
-        EXPECT_EQ(t.m12, dy / single);
-        EXPECT_EQ(t.m21, -t.m12);
-        EXPECT_EQ(t.m22, t.m11);
-        EXPECT_EQ(t.tX, c.from.x);
-        EXPECT_EQ(t.tY, c.from.y);
+    for (auto [from, to] : {std::pair<Point, Point>{{0, 0}, {1, 1}}, {{10.1, 20.3}, {387.77, 12.9}}, {{0.1, 0.2}, {0.3, 0.7}}}) {
+        const double single = std::hypotf(static_cast<float>(to.x - from.x), static_cast<float>(to.y - from.y));
+        EXPECT_EQ(VantroArrowView::arrowLength(from, to), single);
     }
     // A double-precision length would make this a unit vector; the single one
     // does not.
-    const AffineTransformStruct diagonal = VantroArrowView::arrowTransform({0, 0}, {1, 1});
-    EXPECT_NE(diagonal.m11, 1.0 / std::sqrt(2.0));
+    EXPECT_NE(VantroArrowView::arrowTransform({0, 0}, {1, 1}).m11, 1.0 / std::sqrt(2.0));
 }
 
 TEST(VantroArrowView, TipLandsOnTheEndPointUpToSinglePrecision) {

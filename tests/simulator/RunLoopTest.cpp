@@ -35,18 +35,6 @@ TEST(SimRunLoop, AZeroIntervalTimerFiresOnTheNextPassNotThisOne) {
     EXPECT_DOUBLE_EQ(loop.now(), 0.0);
 }
 
-TEST(SimRunLoop, RepeatingTimersKeepTheirCadenceUntilInvalidated) {
-    SimRunLoop loop;
-    std::vector<double> times;
-    auto timer = loop.scheduledTimer(1.0, true, [&](Timer&) { times.push_back(loop.now()); });
-    loop.runFor(3.5);
-    timer->invalidate();
-    loop.runFor(3.0);
-    EXPECT_EQ(times, (std::vector<double>{1.0, 2.0, 3.0}));
-    EXPECT_FALSE(timer->isValid());
-    EXPECT_EQ(loop.pendingTimers(), 0u);
-}
-
 // Which of the main thread's own work runs in which mode is the run loop's
 // contract (tests/platform/contract); work from outside that loop is the
 // simulated Mac's own: it runs in every mode, common or not.

@@ -80,20 +80,5 @@ TEST(SimNewerServices, InputMonitoringAnswersOnlyListenEventAndItsRequestBlocks)
     EXPECT_EQ(mac.privacy().prompts().size(), 1u);
 }
 
-TEST(SimNewerServices, TheUsersDecisionsAreRecordedByIdentifier) {
-    SimulatedMac mac(release("26"));
-    const std::pair<const char*, PromptedService> categories[] = {
-        {"Privacy_ScreenCapture", PromptedService::ScreenRecording}, {"Privacy_ListenEvent", PromptedService::InputMonitoring},
-        {"Privacy_Camera", PromptedService::Camera},                 {"Privacy_Microphone", PromptedService::Microphone},
-        {"Privacy_Bluetooth", PromptedService::Bluetooth},
-    };
-    for (const auto& [identifier, service] : categories) {
-        EXPECT_TRUE(mac.privacy().setConsentForIdentifier(identifier, Consent::Restricted)) << identifier;
-        EXPECT_EQ(mac.privacy().consent(service), Consent::Restricted) << identifier;
-    }
-    EXPECT_TRUE(mac.timeline().contains("Input Monitoring: restricted"));
-    EXPECT_FALSE(mac.privacy().setConsentForIdentifier("Privacy_DevTools", Consent::Authorized));
-}
-
 }  // namespace
 }  // namespace vantro::sim

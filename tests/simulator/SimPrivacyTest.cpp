@@ -13,21 +13,6 @@ PlatformError listingError(SimulatedMac& mac, const std::string& path) {
     return error;
 }
 
-TEST(SimPrivacy, AFreshMacHasGrantedAndAskedNothing) {
-    SimulatedMac mac;
-    auto& privacy = mac.privacy();
-    for (auto s : {PromptedService::Calendars, PromptedService::Reminders, PromptedService::Contacts, PromptedService::Photos})
-        EXPECT_EQ(privacy.consent(s), Consent::NotDetermined);
-    for (auto f : {ProtectedFolder::Desktop, ProtectedFolder::Documents, ProtectedFolder::Downloads})
-        EXPECT_EQ(privacy.folderConsent(f), Consent::NotDetermined);
-    EXPECT_FALSE(privacy.hasFullDiskAccess());
-    EXPECT_FALSE(privacy.isAccessibilityTrusted());
-    for (const auto& d : SimPrivacy::fullDiskAccessDirectories()) {
-        bool isDirectory = false;
-        EXPECT_TRUE(mac.fileSystem().fileExistsAtPath(mac.homeDirectory() + "/" + d, &isDirectory) && isDirectory) << d;
-    }
-}
-
 TEST(SimPrivacy, ProtectedListingsFailWithEpermBeneathCocoa257) {
     struct Case {
         const char* release;
@@ -49,25 +34,6 @@ TEST(SimPrivacy, ProtectedListingsFailWithEpermBeneathCocoa257) {
         mac.privacy().setFullDiskAccess(true);
         EXPECT_TRUE(mac.fileSystem().contentsOfDirectoryAtPath(mail, nullptr).has_value()) << c.release;
     }
-}
-
-TEST(SimPrivacy, PlainPermissionErrorsAndEntriesAreUpToTheTest) {
-    SimulatedMac mac;
-    mac.privacy().setFolderConsent(ProtectedFolder::Documents, Consent::Authorized);
-    mac.fileSystem().setListingError("~/Documents", EACCES);
-    auto error = listingError(mac, mac.homeDirectory() + "/Documents");
-    EXPECT_EQ(error.code, NSFileReadNoPermissionError);
-    EXPECT_EQ(error.underlying->code, EACCES);
-    mac.fileSystem().setListingError("~/Documents", 0);
-    EXPECT_TRUE(mac.fileSystem().contentsOfDirectoryAtPath(mac.homeDirectory() + "/Documents", nullptr));
-
-    bool isDirectory = true;
-    mac.fileSystem().setHomeEntry("Library/Cookies", SimFileSystem::Entry::PlainFile);
-    EXPECT_TRUE(mac.fileSystem().fileExistsAtPath(mac.homeDirectory() + "/Library/Cookies", &isDirectory));
-    EXPECT_FALSE(isDirectory);
-    mac.fileSystem().setHomeEntry("Library/Cookies", SimFileSystem::Entry::Missing);
-    EXPECT_FALSE(mac.fileSystem().fileExistsAtPath(mac.homeDirectory() + "/Library/Cookies", nullptr));
-    EXPECT_EQ(listingError(mac, mac.homeDirectory() + "/Library/Cookies").underlying->code, ENOENT);
 }
 
 TEST(SimPrivacy, FoldersAskOnTheFirstListingFromCatalinaAndRemember) {
@@ -108,32 +74,6 @@ TEST(SimPrivacy, APromptNobodyAnswersIsGivenUpAndChangesNothing) {
     EXPECT_DOUBLE_EQ(mac.now(), SimPrivacy::promptTimeout);
     EXPECT_EQ(mac.privacy().folderConsent(ProtectedFolder::Documents), Consent::NotDetermined);
     EXPECT_TRUE(mac.privacy().prompts()[0].givenUp);
-}
-
-TEST(SimPrivacy, ConsentByIdentifier) {
-    struct Case {
-        const char* identifier;
-        Consent consent;
-        bool accepted;
-    } cases[] = {
-        {"Privacy_AllFiles", Consent::Authorized, true},   {"Privacy_AllFiles", Consent::Restricted, false},
-        {"Privacy_Assistive", Consent::Authorized, true},  {"Privacy_Accessibility", Consent::Restricted, false},
-        {"Privacy_DesktopFolder", Consent::Denied, true},  {"Privacy_DownloadsFolder", Consent::Restricted, false},
-        {"Privacy_Photos", Consent::Restricted, true},     {"Privacy_Contacts", Consent::Denied, true},
-        {"Privacy_Automation", Consent::Authorized, false}, {"Privacy_FilesAndFolders", Consent::Authorized, false},
-        {"privacy_photos", Consent::Authorized, false},    {"", Consent::Authorized, false},
-    };
-    for (const auto& c : cases) {
-        SimulatedMac mac;
-        EXPECT_EQ(mac.privacy().setConsentForIdentifier(c.identifier, c.consent), c.accepted) << c.identifier;
-    }
-    SimulatedMac mac;
-    mac.privacy().setConsentForIdentifier("Privacy_Assistive", Consent::Authorized);
-    mac.privacy().setConsentForIdentifier("Privacy_Photos", Consent::Restricted);
-    mac.privacy().setConsentForIdentifier("Privacy_DocumentsFolder", Consent::Authorized);
-    EXPECT_TRUE(mac.privacy().isAccessibilityTrusted());
-    EXPECT_EQ(mac.privacy().consent(PromptedService::Photos), Consent::Restricted);
-    EXPECT_EQ(mac.privacy().folderConsent(ProtectedFolder::Documents), Consent::Authorized);
 }
 
 TEST(SimPrivacy, AutomationAnswers) {
@@ -190,19 +130,6 @@ TEST(SimServices, WhatExistsFollowsTheRelease) {
         auto preference = mac.defaults().copyAppValue("WellKnownLibraryPathCache", "com.apple.photolibraryd");
         EXPECT_EQ(preference && preference->findKeyPath("cache.kRDLibraryKey_Canonical") != nullptr, c.preference) << c.release;
     }
-}
-
-TEST(SimServices, BookmarksResolveWhileTheirTargetExists) {
-    SimulatedMac mac;
-    auto data = SimServices::bookmarkDataForPath(mac.services().photoLibraryPath());
-    auto resolved = mac.services().resolveBookmarkData(data, kCFURLBookmarkResolutionWithoutUIMask);
-    ASSERT_TRUE(resolved.url.has_value());
-    EXPECT_TRUE(resolved.url->isFileURL);
-    EXPECT_EQ(resolved.url->path, mac.services().photoLibraryPath());
-    mac.fileSystem().setHomeEntry(SimPrivacy::photoLibraryDirectory, SimFileSystem::Entry::Missing);
-    resolved = mac.services().resolveBookmarkData(data, kCFURLBookmarkResolutionWithoutUIMask);
-    EXPECT_FALSE(resolved.url.has_value());
-    EXPECT_FALSE(resolved.errorDescription.empty());
 }
 
 }  // namespace

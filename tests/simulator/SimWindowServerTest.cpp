@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "Overlay/VantroWindowController.h"
 #include "Simulator/SimulatedMac.h"
 
 namespace vantro::sim {
@@ -47,6 +46,10 @@ TEST(SimWindowList, OptionsDecideWhichWindowsAreListed) {
             EXPECT_EQ(d.find("kCGWindowIsOnscreen") != nullptr, number != spMinimised) << number;
         }
     }
+    // A hidden application's windows are off screen.
+    mac.workspace().host()->setHidden(true);
+    auto onScreen = mac.windows().windowListDescriptions(kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements);
+    EXPECT_EQ(numbersOf(*onScreen), (std::vector<long>{spMain}));
     auto all = mac.windows().windowListDescriptions(0);
     auto layerOf = [&](long number) {
         for (const auto& d : *all)
@@ -56,17 +59,6 @@ TEST(SimWindowList, OptionsDecideWhichWindowsAreListed) {
     // The levels of CGWindowLevel.h.
     EXPECT_EQ(layerOf(icons), -2147483603L);
     EXPECT_EQ(layerOf(picture), -2147483623L);
-}
-
-TEST(SimWindowList, AHiddenApplicationsWindowsAreOffScreen) {
-    SimulatedMac mac;
-    PreferencesInFront front(mac);
-    mac.workspace().host()->setHidden(true);
-    auto onScreen = mac.windows().windowListDescriptions(kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements);
-    EXPECT_EQ(numbersOf(*onScreen), (std::vector<long>{SimWindows::preferencesWindowNumber}));
-    auto all = mac.windows().windowListDescriptions(kCGWindowListExcludeDesktopElements);
-    EXPECT_EQ(numbersOf(*all), (std::vector<long>{SimWindows::preferencesWindowNumber, SimWindows::hostWindowNumber,
-                                                  SimWindows::preferencesWindowNumber + 1}));
 }
 
 // activateWithOptions: sent by the host to another application.
@@ -108,25 +100,6 @@ TEST(SimActivation, OptionsAndTheActiveApplicationDecideWhetherItTakesEffect) {
     }
 }
 
-TEST(SimActivation, AllWindowsBringsEveryWindowForwardAndOtherwiseOnlyTheFrontOne) {
-    for (unsigned options : {0u, NSApplicationActivateAllWindows}) {
-        SimulatedMac mac;
-        mac.systemPreferences().addExtraWindow({{{40, 60}, {500, 400}}, "Second"});
-        PreferencesInFront front(mac);
-        // The user clicks the host's window, then the settings window: the
-        // second settings window stays behind the host's.
-        ASSERT_TRUE(mac.windows().userClicksWindow(SimWindows::hostWindowNumber));
-        ASSERT_TRUE(mac.windows().userClicksWindow(SimWindows::preferencesWindowNumber));
-        mac.runOnePass();
-        auto preferences = mac.workspace().application(SystemPreferencesBundleIdentifier);
-        preferences->activateWithOptions(options);
-        auto list = mac.windows().windowListDescriptions(kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements);
-        const std::vector<long> expected =
-            options ? std::vector<long>{310, 311, SimWindows::hostWindowNumber} : std::vector<long>{310, SimWindows::hostWindowNumber, 311};
-        EXPECT_EQ(numbersOf(*list), expected) << "options " << options;
-    }
-}
-
 TEST(SimActivation, TheHostLearnsOfAnActivationWhenItsMainThreadRuns) {
     SimulatedMac mac;
     mac.workspace().activate("com.apple.finder");
@@ -134,82 +107,6 @@ TEST(SimActivation, TheHostLearnsOfAnActivationWhenItsMainThreadRuns) {
     EXPECT_EQ(mac.workspace().frontmostApplication(), mac.workspace().host());
     mac.runOnePass();
     EXPECT_EQ(mac.workspace().frontmostApplication()->bundleIdentifier(), "com.apple.finder");
-}
-
-TEST(SimLaunch, OptionsDecideWaitingAndActivation) {
-    struct Case {
-        unsigned options;
-        bool waits;
-        bool activates;
-    } cases[] = {
-        {0, true, true},
-        {NSWorkspaceLaunchWithoutActivation, true, false},
-        {NSWorkspaceLaunchAsync, false, true},
-        {NSWorkspaceLaunchAsync | NSWorkspaceLaunchWithoutActivation, false, false},
-    };
-    for (const auto& c : cases) {
-        SimulatedMac mac;
-        mac.workspace().install({"com.example.Target", "Target", "file:///Applications/Target.app/", 0.3});
-        int notifications = 0;
-        mac.workspace().addActivationObserver(&notifications, [&](RunningApplicationPtr) { ++notifications; });
-        auto launched = mac.workspace().launchApplicationAtURL("file:///Applications/Target.app/", c.options);
-        ASSERT_NE(launched, nullptr);
-        auto target = mac.workspace().application("com.example.Target");
-        ASSERT_EQ(target, launched) << "listed as running at once";
-        EXPECT_EQ(mac.now(), c.waits ? 0.3 : 0.0) << c.options;
-        EXPECT_EQ(target->isFinishedLaunching(), c.waits) << c.options;
-        EXPECT_EQ(notifications, 0) << "the host's main thread has not run yet";
-        mac.runFor(1.0);
-        EXPECT_TRUE(target->isFinishedLaunching());
-        EXPECT_EQ(mac.workspace().front() == target, c.activates) << c.options;
-        EXPECT_EQ(notifications, c.activates ? 1 : 0) << c.options;
-        mac.workspace().removeObserver(&notifications);
-    }
-}
-
-TEST(SimEvents, AMonitorSeesOnlyTheEventsOfItsMask) {
-    SimulatedMac mac;
-    auto preferences = mac.workspace().start(SystemPreferencesBundleIdentifier);
-    std::vector<long> seen;
-    auto monitor = mac.windows().addGlobalMonitorForEventsMatchingMask(
-        NSEventMaskLeftMouseDown | NSEventMaskLeftMouseDragged, [&](const Event& e) { seen.push_back(e.type); });
-    for (long type : {NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp, NSEventTypeRightMouseDown, NSEventTypeRightMouseUp,
-                      NSEventTypeMouseMoved, NSEventTypeLeftMouseDragged, NSEventTypeKeyDown, NSEventTypeScrollWheel})
-        mac.windows().deliverMouseEvent({type, 1, {}}, preferences->processIdentifier());
-    EXPECT_EQ(seen, (std::vector<long>{NSEventTypeLeftMouseDown, NSEventTypeLeftMouseDragged}));
-    mac.windows().removeMonitor(monitor);
-}
-
-TEST(SimAnimation, AnAnimatedFrameChangeTakesTimeOnTheClock) {
-    struct Case {
-        Rect from, to;
-        bool visible;
-        double seconds;
-    } cases[] = {
-        {{{0, 0}, {100, 100}}, {{150, 0}, {100, 100}}, true, 0.2},  // 150 points: 0.2 s
-        {{{0, 0}, {100, 100}}, {{0, 0}, {100, 400}}, true, 0.4},    // the top edge moves 300
-        {{{0, 0}, {100, 100}}, {{0, 0}, {100, 100}}, true, 0.0},    // nothing to change
-        {{{0, 0}, {100, 100}}, {{300, 0}, {100, 100}}, false, 0.0}, // not on screen
-    };
-    for (const auto& c : cases) {
-        SimulatedMac mac;
-        auto controller = VantroWindowController::initWithWindowNibName("VantroWindowController");
-        ASSERT_NE(controller->window(), nullptr);
-        auto* window = controller->window();
-        window->setFrame(c.from, true, false);
-        if (c.visible) window->orderFront();
-        std::vector<Rect> seen;
-        mac.userDoes(c.seconds / 2, "looks", [&] { seen.push_back(window->frame()); });
-        mac.windows().animateFrame(*window, c.to, true);
-        EXPECT_DOUBLE_EQ(mac.now(), c.seconds);
-        EXPECT_EQ(window->frame(), c.to);
-        if (c.seconds > 0) {
-            ASSERT_EQ(seen.size(), 1u);
-            EXPECT_NE(seen[0], c.from) << "under way halfway";
-            EXPECT_NE(seen[0], c.to) << "not there yet halfway";
-            EXPECT_GE(mac.timeline().matching("moves to", "overlay").size(), 3u) << "each step shows on the timeline";
-        }
-    }
 }
 
 TEST(SimAppleEvents, TheQueryAnswersForTheEventsAskedAbout) {

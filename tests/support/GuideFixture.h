@@ -48,6 +48,19 @@ protected:
         return mac.workspace().start("com.example.Other");
     }
     OverlayWindow* overlay() { return guide->windowController() ? guide->windowController()->window() : nullptr; }
+    // The overlay's frame over a settings window at (x, y) from the top of the
+    // 900-point main screen: the window and the strip of 110 below it.
+    static Rect overWindowAt(double x, double y, double width = 668, double height = 580) {
+        return {{x, 900 - (y + height + 110)}, {width, height + 110}};
+    }
+    // System Preferences' windows are listed under `title` from now on.
+    void titlePreferencesWindows(std::string title) {
+        const long pid = mac.systemPreferences().processIdentifier();
+        mac.windows().setDescriptionFilter([pid, title](std::vector<Value>& list) {
+            for (auto& w : list)
+                if (w.find("kCGWindowOwnerPID")->integerValue() == pid) w.dictionary()->insert_or_assign("kCGWindowName", Value(title));
+        });
+    }
 
     sim::SimulatedMac mac;
     std::shared_ptr<Vantro> guide;
