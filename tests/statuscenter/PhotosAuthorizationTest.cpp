@@ -133,6 +133,33 @@ TEST(PhotosAuthorization, WithoutTrustInThePrivateObjectTheLibraryIsProbed) {
     EXPECT_EQ(mac.fileSystem().listingsOf(mac.services().photoLibraryPath()), 1u);
 }
 
+TEST(PhotosAuthorization, TheLibrarysListingRefusesOnlyWithCode257OfAnyDomain) {
+    // Unlike the folders' probe, the error's own code decides; its domain and
+    // what lies beneath it are not looked at.
+    auto error = [](const char* domain, std::int64_t code, std::int64_t underlyingPosix) {
+        return PlatformError{domain, code,
+                             underlyingPosix ? std::make_shared<PlatformError>(PlatformError{"NSPOSIXErrorDomain", underlyingPosix, nullptr})
+                                             : nullptr};
+    };
+    struct Case {
+        const char* name;
+        PlatformError listing;
+        PrivacyAuthorizationStatus expected;
+    } cases[] = {
+        {"257 over EPERM", error("NSCocoaErrorDomain", 257, 1), 1},
+        {"257 of another domain, nothing beneath", error("NSOSStatusErrorDomain", 257, 0), 1},
+        {"another code over EPERM", error("NSCocoaErrorDomain", 256, 1), 2},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = "10.14"});
+        mac.privacy().setConsent(PromptedService::Photos, Consent::Authorized);
+        auto center = S::sharedRequestStatusCenter();
+        center->setCanRelyOnPLPrivacyValue(false);
+        mac.fileSystem().setListingError(mac.services().photoLibraryPath(), c.listing);
+        EXPECT_EQ(center->photosAuthorizationStatus(), c.expected) << c.name;
+    }
+}
+
 TEST(PhotosAuthorization, AfterOneCompletedRequestThePrivateObjectIsNoLongerConsulted) {
     // Both answers read "authorized" publicly on 10.14.
     for (Consent consent : {Consent::Authorized, Consent::Denied}) {
