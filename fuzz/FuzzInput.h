@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "Guide/Vantro.h"
 #include "Simulator/SimDiagnostics.h"
 #include "Simulator/SimulatedMac.h"
 
@@ -69,6 +70,19 @@ void writeSeedsWhenAsked(WriteSeeds writeSeeds) {
 // anchor that makes no URL. Any other is a finding, and aborts.
 inline void expectOnlyTheURLAssertion(const sim::AssertionFailure& failure) {
     if (failure.method != "openPrivacyPreferencesWithAnchor:") __builtin_trap();
+}
+
+// A guide session for `identifier`, run for `seconds` and stopped. The one
+// assertion the guide may make ends it early.
+inline void guideSession(sim::SimulatedMac& mac, std::string_view identifier, double seconds) {
+    try {
+        auto guide = Vantro::sharedKit();
+        guide->askAccessForPanelIdentifier(identifier);
+        mac.runFor(seconds);
+        guide->stop();
+    } catch (const sim::AssertionFailure& failure) {
+        expectOnlyTheURLAssertion(failure);
+    }
 }
 
 }  // namespace vantro::fuzz

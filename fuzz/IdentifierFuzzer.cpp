@@ -47,13 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     center->requestPrivacyAuthorizationForIdentifier(identifier, silent);
     mac.runFor(5);
 
-    try {
-        Vantro::sharedKit()->askAccessForPanelIdentifier(identifier);
-        mac.runFor(3);
-        Vantro::sharedKit()->stop();
-    } catch (const sim::AssertionFailure& failure) {
-        fuzz::expectOnlyTheURLAssertion(failure);
-    }
+    fuzz::guideSession(mac, identifier, 3);
 
     auto controller = VantroViewController::create();
     controller->setRequestedPrivacyCategoryIdentifiers({identifier, std::string(VantroPrivacyFullDiskAccess)});

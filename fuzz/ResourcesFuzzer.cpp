@@ -89,13 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
         for (auto identifier : {VantroPrivacyFullDiskAccess, VantroPrivacyContacts, VantroPrivacyDesktopFolder})
             (void)center->authorizationRequestTypeForIdentifier(identifier);
-        try {
-            Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
-            mac.runFor(3);
-            Vantro::sharedKit()->stop();
-        } catch (const sim::AssertionFailure& failure) {
-            fuzz::expectOnlyTheURLAssertion(failure);
-        }
+        fuzz::guideSession(mac, VantroPrivacyFullDiskAccess, 3);
         mac.runUntilIdle(30);
     }
     write(file, original);
