@@ -7,7 +7,6 @@
 #include <string>
 
 #include "FuzzInput.h"
-#include "Guide/Vantro.h"
 #include "PermissionList/VantroViewController.h"
 #include "Simulator/SimPermissionList.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"

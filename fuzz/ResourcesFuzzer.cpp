@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "FuzzInput.h"
-#include "Guide/Vantro.h"
 #include "PermissionList/VantroViewController.h"
 #include "Simulator/SimPermissionList.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
