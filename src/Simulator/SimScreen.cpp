@@ -37,6 +37,22 @@ void text(cairo_t* cr, double x, double y, const std::string& s, double size, bo
     cairo_show_text(cr, s.c_str());
 }
 
+// One row of a list or sidebar: its label dark, or white on a blue highlight
+// (with rounded corners when `radius` is not 0) when selected.
+void listRow(cairo_t* cr, const std::string& label, double textX, double y, bool selected, const Rect& highlight,
+             double radius = 0) {
+    if (selected) {
+        setColor(cr, 0.16, 0.48, 0.98);
+        if (radius > 0) roundedRect(cr, highlight, radius);
+        else cairo_rectangle(cr, highlight.origin.x, highlight.origin.y, highlight.size.width, highlight.size.height);
+        cairo_fill(cr);
+        setColor(cr, 1, 1, 1);
+    } else {
+        setColor(cr, 0.15, 0.15, 0.15);
+    }
+    text(cr, textX, y, label, 12);
+}
+
 // A window with a shadow, a title bar with its three buttons and a title.
 // The close, minimise and zoom buttons, the first centred on `first`; faded
 // in a window that is not active.
@@ -124,15 +140,7 @@ void drawSystemPreferences(SimulatedMac& mac, cairo_t* cr, bool active) {
                            : anchor == "Privacy_Photos" ? "Photos" : "";
     double y = listInPicture.origin.y - 28;
     for (const char* category : categories) {
-        if (selected == category) {
-            setColor(cr, 0.16, 0.48, 0.98);
-            cairo_rectangle(cr, frame.origin.x + 14, y - 14, 172, 20);
-            cairo_fill(cr);
-            setColor(cr, 1, 1, 1);
-        } else {
-            setColor(cr, 0.15, 0.15, 0.15);
-        }
-        text(cr, frame.origin.x + 22, y, category, 12);
+        listRow(cr, category, frame.origin.x + 22, y, selected == category, {{frame.origin.x + 14, y - 14}, {172, 20}});
         y += 24;
     }
     setColor(cr, 0.15, 0.15, 0.15);
@@ -197,15 +205,7 @@ void drawSystemSettings(SimulatedMac& mac, cairo_t* cr, bool active) {
     for (const char* item : sidebar) {
         if (y > frame.maxY() - 16) break;
         const bool selected = privacy ? std::string(item) == "Privacy & Security" : std::string(item) == "General";
-        if (selected) {
-            setColor(cr, 0.16, 0.48, 0.98);
-            roundedRect(cr, {{frame.origin.x + 12, y - 15}, {sidebarWidth - 24, 22}}, 5);
-            cairo_fill(cr);
-            setColor(cr, 1, 1, 1);
-        } else {
-            setColor(cr, 0.15, 0.15, 0.15);
-        }
-        text(cr, frame.origin.x + 24, y, item, 12);
+        listRow(cr, item, frame.origin.x + 24, y, selected, {{frame.origin.x + 12, y - 15}, {sidebarWidth - 24, 22}}, 5);
         y += 26;
     }
     const double pageX = frame.origin.x + sidebarWidth;
