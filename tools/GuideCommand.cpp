@@ -61,9 +61,8 @@ int runGuide(Arguments args, std::ostream& out) {
     mac.record("host", "asks the guide for access to " + *identifier);
     guide->askAccessForPanelIdentifier(*identifier);
     out << "Overlay message: " << guide->message().value_or("") << "\n";
-    story.contents().overlay = guide->windowController().get();
+    story.contents().guide = guide.get();
     story.runUntil(1.5);
-    story.contents().overlay = guide->windowController().get();
     if (mac.systemPreferences().hasLock())
         mac.userDoes(1.0, "clicks the lock and types the password", [&mac] { mac.systemPreferences().userUnlocks(); });
     scriptDragIntoList(mac, *guide, 2.0);

@@ -19,6 +19,16 @@ void printRows(std::ostream& out, const char* heading, const sim::SimPermissionL
     }
 }
 
+// The demo host's reason for Full Disk Access, in the user's language as a
+// host would give it.
+std::string demoReason(const std::string& language) {
+    const std::string code = language.substr(0, 2);
+    if (code == "de") return "Wird gebraucht, um jede Datei auf deinem Mac zu sichern.";
+    if (code == "fr") return "Nécessaire pour sauvegarder chaque fichier de votre Mac.";
+    if (code == "ja") return "Mac 上のすべてのファイルをバックアップするために必要です。";
+    return "Needed to back up every file on your Mac.";
+}
+
 }  // namespace
 
 int runRoad(Arguments args, std::ostream& out) {
@@ -47,10 +57,11 @@ int runRoad(Arguments args, std::ostream& out) {
         controller->setRequestedPrivacyCategoryIdentifiers(std::move(identifiers));
     }
     controller->setReasonStrings(VantroViewController::ReasonStrings{
-        {std::string(VantroPrivacyFullDiskAccess), "Needed to back up every file on your Mac."}});
+        {std::string(VantroPrivacyFullDiskAccess), demoReason(configuration.languages.front())}});
     sim::SimPermissionList list(mac, controller);
     Story story(mac, frames);
     story.contents().permissionList = &list;
+    story.contents().guide = Vantro::sharedKit().get();
     mac.record("host", "shows its permission list");
     list.show();
     printRows(out, "The list before:", list);
@@ -58,7 +69,6 @@ int runRoad(Arguments args, std::ostream& out) {
     auto guide = Vantro::sharedKit();
     list.userClicks(1.0, 0);
     story.runUntil(2.0);
-    story.contents().overlay = guide->windowController().get();
     if (mac.systemPreferences().hasLock())
         mac.userDoes(1.0, "clicks the lock and types the password", [&mac] { mac.systemPreferences().userUnlocks(); });
     scriptDragIntoList(mac, *guide, 2.0);

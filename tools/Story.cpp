@@ -33,8 +33,8 @@ std::string Story::signature() {
     s << '|' << preferences.isRunning() << preferences.currentPane() << preferences.anchor() << preferences.isLocked()
       << preferences.grantedByDrop().size() << preferences.listsHost(preferences.anchor())
       << preferences.hostSwitchedOn(preferences.anchor()) << preferences.asksForPassword() << preferences.windowFrame().origin.x << ',' << preferences.windowFrame().origin.y;
-    if (contents_.overlay && contents_.overlay->window()) {
-        auto* w = contents_.overlay->window();
+    if (auto* overlay = contents_.overlayController(); overlay && overlay->window()) {
+        auto* w = overlay->window();
         s << "|overlay " << w->isVisible() << ' ' << w->frame().origin.x << ',' << w->frame().origin.y;
     }
     if (auto& session = mac_.dragging().session()) s << "|drag " << session->location().x << ',' << session->location().y;

@@ -12,12 +12,12 @@
 #include "Overlay/ZVMainBundleIconImageView.h"
 #include "Simulator/SimDragging.h"
 #include "Simulator/SimOverlay.h"
+#include "Simulator/SimText.h"
 
 namespace vantro::sim {
 
 namespace {
 
-constexpr const char* fontFamily = "DejaVu Sans";
 constexpr double textInset = 2.0;
 constexpr double lineSpacing = 1.25;
 
@@ -61,11 +61,7 @@ std::size_t sequenceLength(unsigned char lead) {
     return 1;
 }
 
-double advance(cairo_t* cairo, const std::string& text) {
-    cairo_text_extents_t extents;
-    cairo_text_extents(cairo, text.c_str(), &extents);
-    return extents.x_advance;
-}
+double advance(cairo_t* cairo, const std::string& text) { return textAdvance(cairo, text); }
 
 // Splits one paragraph into lines no wider than `width`; a word wider than
 // a line is broken between characters.
@@ -163,8 +159,7 @@ void SimCanvas::fillRoundedRect(const Rect& rect, double xRadius, double yRadius
 
 int drawWrappedText(cairo_t* cairo, const Rect& rect, std::string_view text, double fontSize, bool bold, const Color& color) {
     cairo_save(cairo);
-    cairo_select_font_face(cairo, fontFamily, CAIRO_FONT_SLANT_NORMAL, bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-    cairo_set_font_size(cairo, fontSize);
+    selectFont(cairo, text, fontSize, bold);
     const double width = rect.size.width - 2 * textInset;
     std::vector<std::string> lines;
     std::string all(text);
@@ -182,8 +177,7 @@ int drawWrappedText(cairo_t* cairo, const Rect& rect, std::string_view text, dou
     double baseline = rect.origin.y + textInset + font.ascent;
     for (const auto& line : lines) {
         if (baseline + font.descent > rect.maxY() + 0.5) break;
-        cairo_move_to(cairo, rect.origin.x + textInset, baseline);
-        cairo_show_text(cairo, line.c_str());
+        showText(cairo, {rect.origin.x + textInset, baseline}, line, fontSize, bold);
         baseline += lineHeight;
         ++drawn;
     }
@@ -219,14 +213,13 @@ void drawApplicationIcon(cairo_t* cairo, const Rect& rect, std::string_view imag
     cairo_set_line_width(cairo, std::max(1.0, side / 64));
     cairo_stroke(cairo);
 
-    cairo_select_font_face(cairo, fontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
-    cairo_set_font_size(cairo, square.size.height * 0.6);
+    selectFont(cairo, initial, square.size.height * 0.6, true);
     cairo_text_extents_t extents;
     cairo_text_extents(cairo, initial.c_str(), &extents);
     const double cx = square.origin.x + square.size.width / 2, cy = square.origin.y + square.size.height / 2;
-    cairo_move_to(cairo, cx - extents.width / 2 - extents.x_bearing, cy - extents.height / 2 - extents.y_bearing);
     cairo_set_source_rgb(cairo, 1, 1, 1);
-    cairo_show_text(cairo, initial.c_str());
+    showText(cairo, {cx - extents.width / 2 - extents.x_bearing, cy - extents.height / 2 - extents.y_bearing}, initial,
+             square.size.height * 0.6, true);
     cairo_restore(cairo);
 }
 

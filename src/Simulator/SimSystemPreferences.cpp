@@ -58,7 +58,8 @@ constexpr SettingsTitle settingsTitles[] = {
     {"Privacy_Photos", "Photos", "Fotos", "Photos", "写真"},
     {"Privacy_LocationServices", "Location Services", "Ortungsdienste", "Service de localisation", "位置情報サービス"},
 };
-// Renamed sub-panes: Screen Recording until 14 added system audio, and
+// Renamed sub-panes: Screen Recording until 14 added system audio (the name
+// System Preferences' Privacy tab used too), and
 // Accessibility on 27 (the translations of both unconfirmed).
 constexpr SettingsTitle screenRecordingOn13{"Privacy_ScreenCapture", "Screen Recording", "Bildschirmaufnahme",
                                             "Enregistrement de l’écran", "画面収録"};
@@ -67,7 +68,7 @@ constexpr SettingsTitle accessibilityFrom27{"Privacy_Accessibility", "Device Con
                                             "デバイスの制御とデータアクセス"};
 
 const SettingsTitle* settingsTitle(const std::string& anchor, int majorVersion) {
-    if (anchor == screenRecordingOn13.anchor && majorVersion == 13) return &screenRecordingOn13;
+    if (anchor == screenRecordingOn13.anchor && majorVersion <= 13) return &screenRecordingOn13;
     if (anchor == accessibilityFrom27.anchor && majorVersion >= 27) return &accessibilityFrom27;
     for (const auto& title : settingsTitles)
         if (anchor == title.anchor) return &title;
@@ -81,13 +82,12 @@ const char* inLanguage(const SettingsTitle& title, const std::string& language) 
     return title.en;
 }
 
-// The panes whose privacy list takes applications dropped on it.
-bool listTakesApplications(const std::string& anchor) {
+}  // namespace
+
+bool SimSystemPreferences::listTakesApplications(const std::string& anchor) {
     return anchor == "Privacy_AllFiles" || anchor == "Privacy_Accessibility" || anchor == "Privacy_Assistive" ||
            anchor == "Privacy_ScreenCapture" || anchor == "Privacy_ListenEvent" || anchor == "Privacy_DevTools";
 }
-
-}  // namespace
 
 SimSystemPreferences::SimSystemPreferences(SimulatedMac& mac)
     : mac_(mac), name_(mac.release().hasSystemSettings() ? "System Settings" : "System Preferences") {
@@ -255,6 +255,7 @@ void SimSystemPreferences::userUnlocks() {
     if (!isRunning() || !locked_) return;
     userEventInWindow("lock");
     locked_ = false;
+    passwordAsked_ = false;
     mac_.record("System Preferences", "the pane is unlocked");
 }
 
@@ -264,9 +265,11 @@ void SimSystemPreferences::authorize() {
     ++authorizeEvents_;
     if (!hasLock() || !locked_) return;
     mac_.record("System Preferences", "asks for the administrator password to unlock the pane");
+    passwordAsked_ = true;
     if (unlockAnswerDelay_ < 0) return;
     mac_.runLoop().scheduleUserEvent(unlockAnswerDelay_, [this] {
         if (!isRunning() || !locked_) return;
+        passwordAsked_ = false;
         mac_.record("user", "types the password");
         locked_ = false;
         mac_.record("System Preferences", "the pane is unlocked");

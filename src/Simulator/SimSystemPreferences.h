@@ -98,12 +98,14 @@ public:
     // is on and the category granted. False when the host is not listed there
     // or already on.
     bool userSwitchesOnHost();
-    // Whether System Settings waits for the password to turn a switch on.
+    // Whether System Settings waits for the password to turn a switch on, or
+    // System Preferences for it to unlock the pane after the authorize event.
     bool asksForPassword() const { return passwordAsked_; }
     // The "+" button under the list, in screen coordinates (origin bottom left).
     Rect plusButtonOnScreen() const;
     // The sub-pane's title in a language ("en", "de", "fr", "ja"), or
-    // nullopt for an anchor without a sub-pane; System Settings only.
+    // nullopt for an anchor without a sub-pane; before 13, the name System
+    // Preferences' Privacy tab gives the category.
     static std::optional<std::string> settingsSubPaneTitle(const std::string& language, const std::string& anchor,
                                                            int majorVersion);
 
@@ -128,6 +130,10 @@ public:
     void setGrantHandler(std::function<void(const std::string& anchor)> handler) { grant_ = std::move(handler); }
     // The categories granted by drops, in order.
     const std::vector<std::string>& grantedByDrop() const { return granted_; }
+
+    // Whether the privacy list at `anchor` takes applications (dropped on
+    // it, or added with "+" under it).
+    static bool listTakesApplications(const std::string& anchor);
 
     // The pane bundle's name of the Security & Privacy pane per language.
     static std::string securityPaneName(const std::string& language, int majorVersion);

@@ -63,7 +63,7 @@ TEST(SystemSettingsGuide, PromptsSayWhatSystemSettingsShows) {
          "to give it Full Disk Access."},
         {2299.0, "Privacy_AllFiles", "de",
          "Ziehe Vantro Demo in die Liste oben, oder klicke unter der Liste auf + und wähle Vantro Demo. Schalte es dann "
-         "ein, um ihm vollen Festplattenzugriff zu geben."},
+         "ein, um ihm Festplattenvollzugriff zu geben."},
         {2685.4, "Privacy_Accessibility", "en",
          "Find Vantro Demo in the list above and turn on its switch. If Vantro Demo is missing, drag it into the list or "
          "click + below the list."},
