@@ -470,7 +470,7 @@ void drawMenuBar(const Scene& scene, cairo_t* cr, const Rect& screen) {
         const std::string name = scene.tr(front->localizedName());
         text(cr, x, 17, name, 13, true);
         x += textWidth(cr, name, 13, true) + 20;
-        for (const char* menu : {"File", "Edit", "View", "Window", "Help"}) {
+        for (const char* menu : {"Edit", "View", "Window", "Help"}) {
             const std::string title = scene.tr(menu);
             text(cr, x, 17, title, 13);
             x += textWidth(cr, title, 13) + 18;

@@ -22,7 +22,6 @@ constexpr Translation translations[] = {
     // The menu bar.
     {"System Preferences", "Systemeinstellungen", "Préférences Système", "システム環境設定"},
     {"System Settings", "Systemeinstellungen", "Réglages Système", "システム設定"},
-    {"File", "Ablage", "Fichier", "ファイル"},
     {"Edit", "Bearbeiten", "Édition", "編集"},
     {"View", "Darstellung", "Présentation", "表示"},
     {"Window", "Fenster", "Fenêtre", "ウインドウ"},
