@@ -172,9 +172,9 @@ void drawPasswordDialog(const Scene& scene, cairo_t* cr, const Rect& dialog, con
                                       {0.1, 0.1, 0.1, 1});
     drawWrappedText(cr, {{textX, dialog.origin.y + 18 + 16 * lines}, {textWidthAvailable, 20}},
                     scene.tr("Enter your password to allow this."), 11, false, {0.25, 0.25, 0.25, 1});
-    const double fieldX = textX + 96;
-    double y = dialog.origin.y + 78;
     const std::string labels[2] = {scene.tr("User Name:"), scene.tr("Password:")};
+    const double fieldX = textX + std::max(textWidth(cr, labels[0], 12), textWidth(cr, labels[1], 12)) + 10;
+    double y = dialog.origin.y + 78;
     const std::string values[2] = {scene.mac.configuration().userName, ""};
     for (int i = 0; i < 2; ++i) {
         setColor(cr, 0.2, 0.2, 0.2);
@@ -185,9 +185,13 @@ void drawPasswordDialog(const Scene& scene, cairo_t* cr, const Rect& dialog, con
         if (!values[i].empty()) text(cr, fieldX + 6, y + 16, values[i], 12);
         y += 30;
     }
-    const Rect goAheadButton{{dialog.maxX() - 20 - 130, dialog.maxY() - 38}, {130, 24}};
+    // The buttons at the bottom right, each as wide as its title needs.
+    const std::string cancel = scene.tr("Cancel");
+    const double goAheadWidth = std::max(110.0, textWidth(cr, goAhead, 12) + 28);
+    const double cancelWidth = std::max(90.0, textWidth(cr, cancel, 12) + 28);
+    const Rect goAheadButton{{dialog.maxX() - 20 - goAheadWidth, dialog.maxY() - 38}, {goAheadWidth, 24}};
     drawButton(cr, goAheadButton, goAhead, true);
-    drawButton(cr, {{goAheadButton.origin.x - 100, goAheadButton.origin.y}, {90, 24}}, scene.tr("Cancel"), false);
+    drawButton(cr, {{goAheadButton.origin.x - 10 - cancelWidth, goAheadButton.origin.y}, {cancelWidth, 24}}, cancel, false);
 }
 
 void drawHostWindow(const Scene& scene, cairo_t* cr, const SimPermissionList* list, bool active) {

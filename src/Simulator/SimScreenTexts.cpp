@@ -155,11 +155,11 @@ const std::vector<CategoryEntry>& preferencesPrivacyColumn(SettingsFamily family
     // Mojave's tab has no Files and Folders, Input Monitoring or Screen
     // Recording: those lists came with Catalina.
     static const std::vector<CategoryEntry> mojave = {location, contacts, calendars, reminders, photos, camera,
-                                                      microphone, accessibility, fullDiskAccess, automation, analytics};
+                                                      microphone, accessibility, fullDiskAccess, automation};
     static const std::vector<CategoryEntry> catalina = {location,        contacts,       calendars,       reminders,
                                                         photos,          camera,         microphone,      accessibility,
                                                         inputMonitoring, fullDiskAccess, filesAndFolders, screenRecording,
-                                                        automation,      analytics};
+                                                        automation};
     return family == SettingsFamily::Mojave ? mojave : catalina;
 }
 
