@@ -176,17 +176,18 @@ const std::vector<const char*>& settingsSidebar(SettingsFamily family) {
     // Ventura's order (kept by 14 and 15), and the redesign's regrouping:
     // system settings first, then notifications and focus, then security.
     static const std::vector<const char*> ventura = {
-        "Wi-Fi",          "Bluetooth",        "Network",            "Notifications", "Sound",
-        "Focus",          "Screen Time",      "General",            "Appearance",    "Accessibility",
-        "Control Centre", "Siri & Spotlight", "Privacy & Security", "Desktop & Dock", "Displays",
-        "Wallpaper",      "Screen Saver",     "Battery",            "Lock Screen",   "Touch ID & Password",
-        "Users & Groups"};
+        "Wi-Fi", "Bluetooth", "Network",                                          // connections
+        "Notifications", "Sound", "Focus", "Screen Time",                         // attention
+        "General", "Appearance", "Accessibility", "Control Centre", "Siri & Spotlight",
+        "Privacy & Security",                                                     // the privacy lists
+        "Desktop & Dock", "Displays", "Wallpaper", "Screen Saver", "Battery",     // the Mac itself
+        "Lock Screen", "Touch ID & Password", "Users & Groups"};                  // who may use it
     static const std::vector<const char*> tahoe = {
-        "Wi-Fi",         "Bluetooth",          "Network",        "Battery",                   "General",
-        "Accessibility", "Appearance",         "Apple Intelligence & Siri", "Control Centre", "Desktop & Dock",
-        "Displays",      "Spotlight",          "Wallpaper",      "Notifications",             "Sound",
-        "Focus",         "Screen Time",        "Lock Screen",    "Privacy & Security",        "Touch ID & Password",
-        "Users & Groups"};
+        "Wi-Fi", "Bluetooth", "Network", "Battery",
+        "General", "Accessibility", "Appearance", "Apple Intelligence & Siri", "Control Centre", "Desktop & Dock",
+        "Displays", "Spotlight", "Wallpaper",
+        "Notifications", "Sound", "Focus", "Screen Time",
+        "Lock Screen", "Privacy & Security", "Touch ID & Password", "Users & Groups"};
     return family == SettingsFamily::Tahoe ? tahoe : ventura;
 }
 
