@@ -402,6 +402,9 @@ void drawSystemSettings(const Scene& scene, cairo_t* cr, bool active) {
     text(cr, frame.origin.x + 26, frame.origin.y + 60, scene.tr("Search"), 12);
     const bool privacy = settings.currentPane() == SimSystemPreferences::securityPane;
     const double pitch = scene.look.rowPitch;
+    cairo_save(cr);
+    cairo_rectangle(cr, sidebar.origin.x, sidebar.origin.y, sidebar.size.width - 2, sidebar.size.height);
+    cairo_clip(cr);
     double y = frame.origin.y + 96;
     for (const char* item : settingsSidebar(scene.family)) {
         if (y > frame.maxY() - 16) break;
@@ -414,6 +417,7 @@ void drawSystemSettings(const Scene& scene, cairo_t* cr, bool active) {
         categoryIcon(cr, {{frame.origin.x + 20, y - 14}, {18, 18}}, {item, 0.55, 0.55, 0.6});
         y += pitch;
     }
+    cairo_restore(cr);
     const double pageX = frame.origin.x + sidebarWidth;
     setColor(cr, 0.55, 0.55, 0.55);
     text(cr, pageX + 14, frame.origin.y + 30, "\xE2\x80\xB9  \xE2\x80\xBA", 16, true);
