@@ -173,7 +173,8 @@ const std::vector<CategoryEntry>& settingsPrivacyRows() {
 }
 
 const std::vector<const char*>& settingsSidebar(SettingsFamily family) {
-    // Ventura's order (kept by 14 and 15), and the redesign's regrouping:
+    // Ventura's order (kept by 14 and 15), and the redesign's regrouping (both as
+    // reported, not checked item by item on a Mac):
     // system settings first, then notifications and focus, then security.
     static const std::vector<const char*> ventura = {
         "Wi-Fi", "Bluetooth", "Network",                                          // connections
