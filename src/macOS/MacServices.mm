@@ -22,6 +22,8 @@
 // CBCentralManager, found by name like EventKit. A Bluetooth request starts a
 // central manager, whose start makes the system ask; its delegate keeps it
 // until the user has decided and answers once.
+// The App Store build (VANTRO_APP_STORE) names no private interface: it has
+// no PLPrivacy object and no systemPhotoLibraryURL, and says so.
 // Known gaps: the error passed to a completion keeps its domain and code but
 // not its description (the framework reads neither).
 
@@ -41,6 +43,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "Vocabulary/BuildVariant.h"
 #include "macOS/MacAreas.h"
 #include "macOS/MacFoundation.h"
 
@@ -72,6 +75,7 @@
 + (void)requestAuthorization:(void (^)(PHAuthorizationStatus status))handler;
 @end
 
+#if !VANTRO_APP_STORE
 // The private messages the framework may send, declared here since no SDK
 // header publishes them. Each is sent only after respondsToSelector: said yes.
 @protocol VantroPhotosPrivacy <NSObject>
@@ -88,6 +92,7 @@
 @protocol VantroSystemPhotoLibraryClass <NSObject>
 + (nullable NSURL*)systemPhotoLibraryURL;
 @end
+#endif
 
 // AVCaptureDevice from 10.14: the status is AVAuthorizationStatus, an NSInteger.
 @protocol VantroCaptureDeviceClass <NSObject>
@@ -213,6 +218,7 @@ std::function<void(BOOL, NSError*)> completionFor(std::function<void(bool grante
     };
 }
 
+#if !VANTRO_APP_STORE
 class MacPhotosPrivacyObject final : public PhotosPrivacyObject {
 public:
     explicit MacPhotosPrivacyObject(id<VantroPhotosPrivacy> object) : object_(object) {}
@@ -236,6 +242,7 @@ public:
 private:
     id<VantroPhotosPrivacy> object_;
 };
+#endif
 
 class MacServices final : public Services {
 public:
@@ -342,19 +349,27 @@ public:
     }
 
     std::optional<PlatformURL> systemPhotoLibraryURL() override {
+#if VANTRO_APP_STORE
+        return std::nullopt;
+#else
         Class library = NSClassFromString(@"PHPhotoLibrary");
         if (![library respondsToSelector:@selector(systemPhotoLibraryURL)]) return std::nullopt;
         NSURL* url = [(Class<VantroSystemPhotoLibraryClass>)library systemPhotoLibraryURL];
         if (!url) return std::nullopt;
         return PlatformURL{static_cast<bool>(url.isFileURL), toString(url.path)};
+#endif
     }
 
     std::shared_ptr<PhotosPrivacyObject> photosPrivacySharedInstance() override {
+#if VANTRO_APP_STORE
+        return nullptr;
+#else
         Class privacy = NSClassFromString(@"PLPrivacy");
         if (![privacy respondsToSelector:@selector(sharedInstance)]) return nullptr;
         id<VantroPhotosPrivacy> object = [(Class<VantroPhotosPrivacyClass>)privacy sharedInstance];
         if (!object) return nullptr;
         return std::make_shared<MacPhotosPrivacyObject>(object);
+#endif
     }
 
     BookmarkResolution resolveBookmarkData(const Data& bookmark, unsigned long options) override {
