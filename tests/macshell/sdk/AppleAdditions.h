@@ -330,6 +330,16 @@ enum : NSEventType {
     NSEventTypeLeftMouseDragged = 6
 };
 
+// The path element names of current SDKs, which GNUstep lacks (it has only
+// NSMoveToBezierPathElement …, deprecated on the Mac); the same values.
+// Checked against developer.apple.com/documentation/appkit/nsbezierpath/elementtype
+// (moveTo, lineTo, curveTo, closePath) and .../nsmovetobezierpathelement
+// (the old name, macOS 10.0 to 11.0).
+static const NSBezierPathElement NSBezierPathElementMoveTo = NSMoveToBezierPathElement;
+static const NSBezierPathElement NSBezierPathElementLineTo = NSLineToBezierPathElement;
+static const NSBezierPathElement NSBezierPathElementCurveTo = NSCurveToBezierPathElement;
+static const NSBezierPathElement NSBezierPathElementClosePath = NSClosePathBezierPathElement;
+
 // Present in GNUstep with Apple's types: NSAlert's messageText,
 // informativeText, addButtonWithTitle:, runModal and alertStyle (as methods,
 // which dot syntax reaches the same way), NSModalResponse,
