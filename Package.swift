@@ -4,6 +4,15 @@
 // Swift hosts `import Vantro`; Objective-C hosts `@import Vantro;`.
 import PackageDescription
 
+// The App Store build, without any private interface of the system: set
+// VANTRO_APP_STORE=1 in the environment of `swift build` or `xcodebuild` (and
+// build afresh after switching). A variable, not a second product, because
+// one source file belongs to one target only, and the build differs in the
+// compiler's definitions, which a manifest cannot vary per product.
+let appStoreBuild = Context.environment["VANTRO_APP_STORE"] == "1"
+let variantDefinitions: [CXXSetting] = appStoreBuild ? [.define("VANTRO_APP_STORE", to: "1")] : []
+let variantCDefinitions: [CSetting] = appStoreBuild ? [.define("VANTRO_APP_STORE", to: "1")] : []
+
 let package = Package(
     name: "Vantro",
     // The resources hold .lproj folders; the package manager requires a
@@ -26,7 +35,8 @@ let package = Package(
             path: "src",
             exclude: ["Simulator", "macOS", "Platform/PosixFileSystem.cpp"],
             sources: ["Vocabulary", "StatusCenter", "Guide", "Overlay", "PermissionList", "Platform"],
-            publicHeadersPath: "."
+            publicHeadersPath: ".",
+            cxxSettings: variantDefinitions
         ),
         // The shell: the real platform and the public Objective-C classes,
         // with the framework's resources. Its folder is the package's root,
@@ -42,15 +52,16 @@ let package = Package(
             dependencies: ["VantroCore"],
             path: ".",
             exclude: [
-                "bench", "build", "docs", "scripts", "tests", "tools",
+                "bench", "build", "docs", "scripts", "tests", "tools", "Modules",
                 "src/Guide", "src/Overlay", "src/PermissionList", "src/Platform", "src/Simulator",
                 "src/StatusCenter", "src/Vocabulary",
-                "CMakeLists.txt", "CMakePresets.json", "README.md",
+                "CMakeLists.txt", "CMakePresets.json", "README.md", "CHANGELOG.md",
             ],
             sources: ["src/macOS"],
             resources: [.process("Resources")],
             publicHeadersPath: "include",
-            cxxSettings: [.headerSearchPath("src")],
+            cSettings: variantCDefinitions,
+            cxxSettings: [.headerSearchPath("src")] + variantDefinitions,
             linkerSettings: [
                 .linkedFramework("Foundation"),
                 .linkedFramework("AppKit"),

@@ -50,6 +50,10 @@ bool readMacOption(const std::string& option, Arguments& args, sim::MacConfigura
         configuration.sandboxed = true;
         return true;
     }
+    if (option == "--app-store") {
+        configuration.appStoreBuild = true;
+        return true;
+    }
     if (option == "--language") {
         // The user's one preferred language (AppleLanguages). Any code is
         // taken: one that no bundle has a localization for falls back as on

@@ -72,7 +72,12 @@ const char* usage =
     "overlay's message follow it, and so do System Preferences' window title\n"
     "and the host's alert. A code with a region (fr-CA) is served by its\n"
     "language; any other code falls back to English, as on a Mac. status\n"
-    "prints no texts, so the language changes nothing there.\n";
+    "prints no texts, so the language changes nothing there.\n"
+    "\n"
+    "Every command also takes --app-store: the framework as built for the Mac\n"
+    "App Store, which names no private interface of the system. On 10.14 the\n"
+    "Photos status is then PHPhotoLibrary's own, and the overlay keeps the host\n"
+    "behind as a non-activating panel.\n";
 
 }  // namespace
 

@@ -23,6 +23,8 @@ NS_SWIFT_NAME(VantroDelegate)
 
 /// Leads the user to a privacy category in the system's settings. Use the
 /// shared instance on the main thread; observe isOverlayShown to follow it.
+/// Swift knows the class as VantroGuide, since the module is Vantro.
+NS_SWIFT_NAME(VantroGuide) NS_SWIFT_UI_ACTOR
 @interface Vantro : NSObject
 
 /// The shared guide, made on first use and kept for the life of the process.
@@ -50,7 +52,7 @@ NS_SWIFT_NAME(VantroDelegate)
 /// "windowController.window.visible".
 + (NSSet<NSString *> *)keyPathsForValuesAffectingIsOverlayShown;
 
-- (nullable instancetype)init NS_DESIGNATED_INITIALIZER;
+- (instancetype)init NS_DESIGNATED_INITIALIZER;
 
 /// End the session when another application becomes active after System
 /// Preferences was seen and System Preferences no longer runs. Default YES.
@@ -70,9 +72,9 @@ NS_SWIFT_NAME(VantroDelegate)
 /// Told of the session's steps; held weakly.
 @property (nonatomic, weak, nullable) id<VantroDelegate> delegate;
 /// The application whose hiding hides the overlay: the host.
-@property (atomic, strong, nullable) NSRunningApplication *hostApplication;
+@property (nonatomic, strong, nullable) NSRunningApplication *hostApplication;
 /// The token of the global mouse monitor while it is installed.
-@property (atomic, strong, nullable) id monitor;
+@property (nonatomic, strong, nullable) id monitor;
 /// The overlay's controller, made on the first placement and kept.
 @property (nonatomic, strong, nullable) VantroWindowController *windowController;
 /// The category of the current session; also its anchor.

@@ -60,7 +60,7 @@ FOUNDATION_EXPORT PrivacyCategoryIdentifier const VantroPrivacyBluetooth
 
 /// Whether a category is granted. Only these three values are produced;
 /// anything but authorized means not granted.
-typedef NS_ENUM(NSInteger, PrivacyAuthorizationStatus) {
+typedef NS_CLOSED_ENUM(NSInteger, PrivacyAuthorizationStatus) {
     /// Not granted: the user has not been asked, or the framework cannot tell.
     PrivacyAuthorizationStatusNotDetermined = 0,
     /// The user refused, or the permission is known to be missing.

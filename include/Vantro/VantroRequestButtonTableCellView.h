@@ -16,6 +16,7 @@ NS_ASSUME_NONNULL_BEGIN
 ///
 /// The table makes the cell from the list's layout and reuses it for other
 /// rows. Use on the main thread.
+NS_SWIFT_UI_ACTOR
 @interface VantroRequestButtonTableCellView : NSTableCellView
 
 /// The layout's button, whose action is requestAuthorization:.

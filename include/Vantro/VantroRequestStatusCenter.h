@@ -12,6 +12,7 @@ NS_ASSUME_NONNULL_BEGIN
 ///
 /// A subclass may redefine any per-service operation (the status and request
 /// of one service); dispatch by identifier then runs the subclass's.
+NS_SWIFT_UI_ACTOR
 @interface VantroRequestStatusCenter : NSObject
 
 /// The shared instance, made on first use and kept for the life of the process.

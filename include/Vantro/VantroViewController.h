@@ -19,6 +19,7 @@ NS_ASSUME_NONNULL_BEGIN
 /// as its owner: the framework's own layout for this class, and for a
 /// subclass the layout named after it in the bundle that holds the subclass.
 /// Use on the main thread.
+NS_SWIFT_UI_ACTOR
 @interface VantroViewController : NSViewController <NSTableViewDelegate>
 
 /// The layout a controller of the receiving class loads: the class's own

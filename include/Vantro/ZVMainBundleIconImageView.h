@@ -10,6 +10,7 @@ NS_ASSUME_NONNULL_BEGIN
 /// followed by any movement drags the host application itself (its main
 /// bundle's location); every other mouse-down goes to the next responder. The
 /// view is the source of its own dragging sessions. Use on the main thread.
+NS_SWIFT_UI_ACTOR
 @interface ZVMainBundleIconImageView : NSImageView <NSDraggingSource>
 
 /// YES from the start of a drag until it ends, by drop or by cancel; NO at

@@ -56,6 +56,12 @@ public:
     // SecStaticCodeCheckValidity; the OSStatus (0 is errSecSuccess).
     virtual std::int32_t checkStaticCodeValidity(const StaticCode& code, std::uint32_t flags,
                                                  const CodeRequirement& requirement) = 0;
+    // Whether the framework was built to use the system's public interfaces
+    // only, as a host in the Mac App Store must: the private Photos privacy
+    // object, the private frameworks and the window's private activation hook
+    // are then not in the build, and the core does not ask for them. Fixed
+    // for the life of the process.
+    virtual bool usesOnlyPublicInterfaces() const = 0;
 };
 
 }  // namespace vantro

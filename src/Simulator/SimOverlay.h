@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Overlay/VantroWindow.h"
 #include "Platform/Controls.h"
 #include "Platform/Dragging.h"
 #include "Platform/OverlayWindow.h"
@@ -22,8 +23,7 @@ namespace vantro::sim {
 
 class SimulatedMac;
 
-// NSWindowStyleMask bits.
-inline constexpr unsigned long NSWindowStyleMaskBorderless = 0;
+// NSWindowStyleMask bits (borderless and non-activating panel: the core's).
 inline constexpr unsigned long NSWindowStyleMaskTitled = 1ul << 0;
 inline constexpr unsigned long NSWindowStyleMaskClosable = 1ul << 1;
 
@@ -68,8 +68,9 @@ inline constexpr std::string_view VantroWindowClass = "VantroWindow";
 // - is never opaque, so only what its views draw shows over a clear
 //   background, and clicks where it draws nothing go to the window below;
 // - never makes the host active: a click on it leaves the front application
-//   as it was (the real window answers YES to the private
-//   _preventsActivation hook).
+//   as it was, because it answers YES to the private _preventsActivation
+//   hook or, in the App Store build, which has no hook, because it is a
+//   non-activating panel; a window with neither activates the host.
 // Any other class is a plain NSWindow: it keeps the style mask it was given,
 // is opaque (drawn over its whole frame, its background at full strength, and
 // taking every click), and a click on it makes the host the active
@@ -112,11 +113,13 @@ public:
     Color backgroundColor() const override { return background_; }
 
     const std::string& windowClass() const { return windowClass_; }
-    unsigned long styleMask() const { return isVantroWindow() ? NSWindowStyleMaskBorderless : requestedStyleMask_; }
+    unsigned long styleMask() const { return isVantroWindow() ? vantroWindowStyleMask() : requestedStyleMask_; }
     // What the window's maker asked for.
     unsigned long requestedStyleMask() const { return requestedStyleMask_; }
     bool isOpaque() const { return !isVantroWindow(); }
-    bool preventsActivation() const { return isVantroWindow(); }
+    bool preventsActivation() const {
+        return isVantroWindow() && (vantroWindowAnswersActivationHook() || (styleMask() & NSWindowStyleMaskNonactivatingPanel));
+    }
 
     // The layout's views for the current frame, the content view first, in
     // drawing order.

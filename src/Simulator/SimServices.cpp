@@ -110,7 +110,8 @@ bool SimServices::classExists(std::string_view className) {
     if (className == "CNContactStore") return availability_.contactStore;
     if (className == "CNAuthorization") return availability_.contactsAuthorization;
     if (className == "PHPhotoLibrary") return availability_.photoLibrary && photosLoaded_;
-    if (className == "PLPrivacy") return availability_.photosPrivacy.classExists && assetsLibraryServicesLoaded_;
+    if (className == "PLPrivacy")
+        return availability_.photosPrivacy.classExists && assetsLibraryServicesLoaded_ && !mac_.configuration().appStoreBuild;
     return false;
 }
 
@@ -120,7 +121,8 @@ bool SimServices::classRespondsToSelector(std::string_view className, std::strin
         return selector == "authorizationStatusForEntityType:" && availability_.contactsAuthorizationAnswersStatus;
     if (className == "CNContactStore" || className == "EKEventStore") return selector == "authorizationStatusForEntityType:";
     if (className == "PHPhotoLibrary") {
-        if (selector == "systemPhotoLibraryURL") return availability_.systemPhotoLibraryURL.has_value();
+        if (selector == "systemPhotoLibraryURL")
+            return availability_.systemPhotoLibraryURL.has_value() && !mac_.configuration().appStoreBuild;
         return selector == "authorizationStatus" || selector == "requestAuthorization:";
     }
     if (className == "PLPrivacy") return selector == "sharedInstance" && availability_.photosPrivacy.respondsToSharedInstance;
@@ -245,7 +247,8 @@ bool SimServices::loadBundleAtPath(std::string_view path) {
     ++loads_[std::string(path)];
     send("NSBundle load " + std::string(path));
     if (path == photosFrameworkPath && releaseAtLeast(mac_, 10, 11)) return photosLoaded_ = true;
-    if (path == assetsLibraryServicesPath && releaseAtLeast(mac_, 10, 14)) return assetsLibraryServicesLoaded_ = true;
+    if (path == assetsLibraryServicesPath && releaseAtLeast(mac_, 10, 14) && !mac_.configuration().appStoreBuild)
+        return assetsLibraryServicesLoaded_ = true;
     return false;
 }
 

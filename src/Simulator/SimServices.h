@@ -39,6 +39,9 @@ class SimulatedMac;
 //   Monitoring's request waits for the user's answer.
 // - The photo library daemon's preference, from 10.14, with bookmark data of
 //   the library; systemPhotoLibraryURL only when a test adds it.
+// - For the App Store build none of the private pieces is there: no PLPrivacy,
+//   no systemPhotoLibraryURL, no AssetsLibraryServices to load; asking for
+//   them is still recorded.
 //
 // Every message the framework sends is kept, in order, for tests ("PLPrivacy
 // sharedInstance", "EKEventStore requestAccessToEntityType: 0", …).

@@ -27,6 +27,8 @@ constexpr std::int32_t errSecCSStaticCodeNotFound = -67068;
 
 double SimSystem::appKitVersionNumber() const { return mac_.configuration().appKitVersionNumber(); }
 
+bool SimSystem::usesOnlyPublicInterfaces() const { return mac_.configuration().appStoreBuild; }
+
 bool SimSystem::isOperatingSystemAtLeastVersion(OperatingSystemVersion v) const {
     auto have = mac_.release().systemVersion;
     if (have.majorVersion != v.majorVersion) return have.majorVersion > v.majorVersion;

@@ -23,6 +23,7 @@ public:
     std::shared_ptr<StaticCode> createStaticCodeWithPath(std::string_view url, std::uint32_t flags) override;
     std::shared_ptr<CodeRequirement> createRequirementWithString(std::string_view text, std::uint32_t flags) override;
     std::int32_t checkStaticCodeValidity(const StaticCode& code, std::uint32_t flags, const CodeRequirement& requirement) override;
+    bool usesOnlyPublicInterfaces() const override;
 
     // How often the signature was checked (the framework checks once per process).
     int validityChecks() const { return validityChecks_; }

@@ -51,6 +51,11 @@ struct MacConfiguration {
     // part fails (errSecCSSignatureFailed, errSecCSBadResource).
     bool executableChangedAfterSigning = false;
     bool resourcesChangedAfterSigning = false;
+    // The framework as built for the Mac App Store: its platform says it uses
+    // public interfaces only, and the private classes, messages and
+    // frameworks are not there for it (the private Photos object, Photos'
+    // systemPhotoLibraryURL, AssetsLibraryServices).
+    bool appStoreBuild = false;
 
     // The overriding number, else the release's; 0 for an unknown release.
     double appKitVersionNumber() const;

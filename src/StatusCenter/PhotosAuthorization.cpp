@@ -2,15 +2,17 @@
 
 #include "Platform/HostProcess.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
+#include "Vocabulary/BuildVariant.h"
 
 namespace vantro {
 
 namespace {
 
 constexpr std::string_view photosFrameworkPath = "/System/Library/Frameworks/Photos.framework";
-constexpr std::string_view assetsLibraryServicesPath = "/System/Library/PrivateFrameworks/AssetsLibraryServices.framework";
+constexpr std::string_view assetsLibraryServicesPath =
+    VANTRO_PRIVATE_NAME("/System/Library/PrivateFrameworks/AssetsLibraryServices.framework");
 constexpr std::string_view PHPhotoLibrary = "PHPhotoLibrary";
-constexpr std::string_view PLPrivacy = "PLPrivacy";
+constexpr std::string_view PLPrivacy = VANTRO_PRIVATE_NAME("PLPrivacy");
 
 struct PhotosProcessState {
     std::once_flag photosOnce;
@@ -19,13 +21,20 @@ struct PhotosProcessState {
 
 Platform& platform() { return HostProcess::current().platform(); }
 
+// The App Store build knows Photos only through PHPhotoLibrary's public
+// status and request.
+bool mayUsePrivatePhotosInterfaces() { return !platform().system().usesOnlyPublicInterfaces(); }
+
 // The private object's verdict; it always decides once it is there.
 PrivacyAuthorizationStatus statusFromPrivacyObject(const std::shared_ptr<PhotosPrivacyObject>& privacy) {
     auto responds = [&](std::string_view selector) { return privacy && privacy->respondsToSelector(selector); };
-    if (responds("isPhotosTCCAccessAllowed") && privacy->isPhotosTCCAccessAllowed()) return PrivacyAuthorizationStatusAuthorized;
-    if (responds("isPhotosTCCAccessNotAllowed") && privacy->isPhotosTCCAccessNotAllowed()) return PrivacyAuthorizationStatusDenied;
-    if (responds("isPhotosTCCAccessRestricted") && privacy->isPhotosTCCAccessRestricted()) return PrivacyAuthorizationStatusDenied;
-    if (responds("photosTCCAccessStatus")) {
+    if (responds(VANTRO_PRIVATE_NAME("isPhotosTCCAccessAllowed")) && privacy->isPhotosTCCAccessAllowed())
+        return PrivacyAuthorizationStatusAuthorized;
+    if (responds(VANTRO_PRIVATE_NAME("isPhotosTCCAccessNotAllowed")) && privacy->isPhotosTCCAccessNotAllowed())
+        return PrivacyAuthorizationStatusDenied;
+    if (responds(VANTRO_PRIVATE_NAME("isPhotosTCCAccessRestricted")) && privacy->isPhotosTCCAccessRestricted())
+        return PrivacyAuthorizationStatusDenied;
+    if (responds(VANTRO_PRIVATE_NAME("photosTCCAccessStatus"))) {
         switch (privacy->photosTCCAccessStatus()) {
         case 0: return PrivacyAuthorizationStatusAuthorized;
         case 1:
@@ -56,8 +65,9 @@ PrivacyAuthorizationStatus VantroRequestStatusCenter::photosAuthorizationStatus(
     if (!services.classExists(PHPhotoLibrary)) return PrivacyAuthorizationStatusAuthorized;
     const long ph = services.photoLibraryAuthorizationStatus();
 
-    // On 10.14 the public "authorized" cannot be trusted.
-    if (flooredAppKitVersion() <= 1671.0 && ph == ServiceAuthorizationStatusAuthorized) {
+    // On 10.14 the public "authorized" cannot be trusted; the App Store build
+    // has nothing else to ask and takes it as it is.
+    if (flooredAppKitVersion() <= 1671.0 && ph == ServiceAuthorizationStatusAuthorized && mayUsePrivatePhotosInterfaces()) {
         if (canRelyOnPLPrivacyValue()) {
             loadAssetsLibraryServicesFramework();
             if (services.classRespondsToSelector(PLPrivacy, "sharedInstance"))
@@ -89,7 +99,8 @@ void VantroRequestStatusCenter::requestPhotosAuthorization(bool silent) {
         // Off the main thread: only the file system is touched here. Listing
         // the library right after a grant on 10.14 makes the later status read
         // meet the library's files; the outcome does not matter.
-        if (flooredAppKitVersion() <= 1671.0 && status == ServiceAuthorizationStatusAuthorized) {
+        if (flooredAppKitVersion() <= 1671.0 && status == ServiceAuthorizationStatusAuthorized &&
+            mayUsePrivatePhotosInterfaces()) {
             auto& fileSystem = HostProcess::current().platform().fileSystem();
             if (auto path = photosSystemLibraryPath(); path && fileSystem.fileExistsAtPath(*path, nullptr))
                 fileSystem.contentsOfDirectoryAtPath(*path, nullptr);
@@ -109,7 +120,8 @@ void VantroRequestStatusCenter::requestPhotosAuthorization(bool silent) {
 std::optional<std::string> VantroRequestStatusCenter::photosSystemLibraryPath() {
     auto& process = platform();
     auto& services = process.services();
-    if (services.classRespondsToSelector(PHPhotoLibrary, "systemPhotoLibraryURL")) {
+    if (mayUsePrivatePhotosInterfaces() &&
+        services.classRespondsToSelector(PHPhotoLibrary, VANTRO_PRIVATE_NAME("systemPhotoLibraryURL"))) {
         if (auto url = services.systemPhotoLibraryURL(); url && url->isFileURL) return url->path;
     }
 
@@ -143,6 +155,7 @@ void VantroRequestStatusCenter::loadPhotosFramework() {
 void VantroRequestStatusCenter::loadAssetsLibraryServicesFramework() {
     auto& state = HostProcess::current().value<PhotosProcessState>();
     std::call_once(state.assetsLibraryServicesOnce, [] {
+        if (!mayUsePrivatePhotosInterfaces()) return;
         auto& services = platform().services();
         if (!services.classExists(PLPrivacy)) services.loadBundleAtPath(assetsLibraryServicesPath);
     });

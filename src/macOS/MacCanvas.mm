@@ -14,8 +14,6 @@
 
 namespace vantro::mac {
 
-namespace {
-
 NSBezierPath* toNSBezierPath(const BezierPath& path) {
     NSBezierPath* result = [NSBezierPath bezierPath];
     for (const BezierPath::Element& element : path.elements()) {
@@ -33,8 +31,6 @@ NSBezierPath* toNSBezierPath(const BezierPath& path) {
     }
     return result;
 }
-
-}  // namespace
 
 NSColor* toNSColor(const Color& color) {
     return [NSColor colorWithCalibratedRed:color.red green:color.green blue:color.blue alpha:color.alpha];

@@ -41,6 +41,9 @@ Event toEvent(NSEvent* event);
 NSColor* toNSColor(const Color& color);
 Color toColor(NSColor* _Nullable color);
 
+// A new NSBezierPath of the core path's moves, lines and closes, in order.
+NSBezierPath* toNSBezierPath(const BezierPath& path);
+
 // The canvas of the view being drawn: draws into the current graphics
 // context, so it is made inside drawRect: and lives no longer.
 class MacCanvas final : public Canvas {

@@ -16,32 +16,34 @@
 // the main thread, whatever the system did: the core hops to the main queue.
 // The newer categories: CGPreflightScreenCaptureAccess and
 // CGRequestScreenCaptureAccess, IOHIDCheckAccess and IOHIDRequestAccess, each
-// looked up with dlsym (they exist from 10.15; the framework runs from 10.13);
+// looked up with dlsym (they exist from 10.15; the framework runs from 10.13)
+// and called through a signature written here, never the SDK's declaration;
 // AVFoundation's AVCaptureDevice and Core Bluetooth's CBManager and
 // CBCentralManager, found by name like EventKit. A Bluetooth request starts a
 // central manager, whose start makes the system ask; its delegate keeps it
 // until the user has decided and answers once.
+// The App Store build (VANTRO_APP_STORE) names no private interface: it has
+// no PLPrivacy object and no systemPhotoLibraryURL, and says so.
 // Known gaps: the error passed to a completion keeps its domain and code but
 // not its description (the framework reads neither).
 
-#import <AVFoundation/AVFoundation.h>
 #import <AddressBook/AddressBook.h>
 #import <ApplicationServices/ApplicationServices.h>
 #import <Contacts/Contacts.h>
 #import <CoreBluetooth/CoreBluetooth.h>
 #import <CoreFoundation/CoreFoundation.h>
-#import <CoreGraphics/CoreGraphics.h>
 #import <EventKit/EventKit.h>
 #import <Foundation/Foundation.h>
 #import <Photos/Photos.h>
-#include <IOKit/hidsystem/IOHIDLib.h>
 
 #include <dispatch/dispatch.h>
 #include <dlfcn.h>
 
 #include <atomic>
+#include <cstdint>
 #include <optional>
 
+#include "Vocabulary/BuildVariant.h"
 #include "macOS/MacAreas.h"
 #include "macOS/MacFoundation.h"
 
@@ -52,8 +54,10 @@
 #pragma clang diagnostic ignored "-Wdeprecated-declarations"
 
 // The classes found by name, seen through the class messages the framework
-// sends them, with the SDK's own types: a class found by name is not linked,
-// so it cannot be named directly.
+// sends them: a class found by name is not linked, so it cannot be named
+// directly. The SDK's own types serve where they exist on 10.13; a status
+// type of a later release is its plain integer here, so that nothing newer
+// than the deployment target is named outside an availability check.
 @protocol VantroEventStoreClass <NSObject>
 + (EKAuthorizationStatus)authorizationStatusForEntityType:(EKEntityType)entityType;
 @end
@@ -71,6 +75,7 @@
 + (void)requestAuthorization:(void (^)(PHAuthorizationStatus status))handler;
 @end
 
+#if !VANTRO_APP_STORE
 // The private messages the framework may send, declared here since no SDK
 // header publishes them. Each is sent only after respondsToSelector: said yes.
 @protocol VantroPhotosPrivacy <NSObject>
@@ -87,15 +92,21 @@
 @protocol VantroSystemPhotoLibraryClass <NSObject>
 + (nullable NSURL*)systemPhotoLibraryURL;
 @end
+#endif
 
+// AVCaptureDevice from 10.14: the status is AVAuthorizationStatus, an NSInteger.
 @protocol VantroCaptureDeviceClass <NSObject>
-+ (AVAuthorizationStatus)authorizationStatusForMediaType:(AVMediaType)mediaType;
-+ (void)requestAccessForMediaType:(AVMediaType)mediaType completionHandler:(void (^)(BOOL granted))handler;
++ (NSInteger)authorizationStatusForMediaType:(NSString*)mediaType;
++ (void)requestAccessForMediaType:(NSString*)mediaType completionHandler:(void (^)(BOOL granted))handler;
 @end
 
+// CBManager from 10.15: the authorization is CBManagerAuthorization, an
+// NSInteger whose "not determined" is 0.
 @protocol VantroBluetoothManagerClass <NSObject>
-+ (CBManagerAuthorization)authorization;
++ (NSInteger)authorization;
 @end
+
+static const NSInteger VantroBluetoothAuthorizationNotDetermined = 0;
 
 // Waits for the user's Bluetooth decision: Core Bluetooth asks when a central
 // manager starts and tells the delegate of each state change on the given
@@ -131,9 +142,9 @@
     (void)central;
     Class authorizing = NSClassFromString(@"CBManager");
     if (![authorizing respondsToSelector:@selector(authorization)]) return;
-    CBManagerAuthorization authorization = [(Class<VantroBluetoothManagerClass>)authorizing authorization];
+    NSInteger authorization = [(Class<VantroBluetoothManagerClass>)authorizing authorization];
     // The first updates may come before the user has answered.
-    if (authorization == CBManagerAuthorizationNotDetermined) return;
+    if (authorization == VantroBluetoothAuthorizationNotDetermined) return;
     if (_answered.exchange(true)) return;
     _answer(authorization);
     _manager = nil;
@@ -162,6 +173,13 @@ const OwningFramework owningFrameworks[] = {
     {@"CBManager", @"/System/Library/Frameworks/CoreBluetooth.framework"},
     {@"CBCentralManager", @"/System/Library/Frameworks/CoreBluetooth.framework"},
 };
+
+// The C signatures of the 10.15 calls looked up by name. IOHIDRequestType and
+// IOHIDAccessType are C enumerations, passed and returned as 32-bit unsigned
+// integers.
+using ScreenCaptureAccessFunction = bool();
+using HIDCheckAccessFunction = std::uint32_t(std::uint32_t requestType);
+using HIDRequestAccessFunction = bool(std::uint32_t requestType);
 
 // A function of a system framework looked up by name, or null on a release
 // that lacks it.
@@ -200,6 +218,7 @@ std::function<void(BOOL, NSError*)> completionFor(std::function<void(bool grante
     };
 }
 
+#if !VANTRO_APP_STORE
 class MacPhotosPrivacyObject final : public PhotosPrivacyObject {
 public:
     explicit MacPhotosPrivacyObject(id<VantroPhotosPrivacy> object) : object_(object) {}
@@ -223,6 +242,7 @@ public:
 private:
     id<VantroPhotosPrivacy> object_;
 };
+#endif
 
 class MacServices final : public Services {
 public:
@@ -329,19 +349,27 @@ public:
     }
 
     std::optional<PlatformURL> systemPhotoLibraryURL() override {
+#if VANTRO_APP_STORE
+        return std::nullopt;
+#else
         Class library = NSClassFromString(@"PHPhotoLibrary");
         if (![library respondsToSelector:@selector(systemPhotoLibraryURL)]) return std::nullopt;
         NSURL* url = [(Class<VantroSystemPhotoLibraryClass>)library systemPhotoLibraryURL];
         if (!url) return std::nullopt;
         return PlatformURL{static_cast<bool>(url.isFileURL), toString(url.path)};
+#endif
     }
 
     std::shared_ptr<PhotosPrivacyObject> photosPrivacySharedInstance() override {
+#if VANTRO_APP_STORE
+        return nullptr;
+#else
         Class privacy = NSClassFromString(@"PLPrivacy");
         if (![privacy respondsToSelector:@selector(sharedInstance)]) return nullptr;
         id<VantroPhotosPrivacy> object = [(Class<VantroPhotosPrivacyClass>)privacy sharedInstance];
         if (!object) return nullptr;
         return std::make_shared<MacPhotosPrivacyObject>(object);
+#endif
     }
 
     BookmarkResolution resolveBookmarkData(const Data& bookmark, unsigned long options) override {
@@ -365,27 +393,27 @@ public:
     // (nullopt, or NO for a request) and the core decides what that means.
 
     std::optional<bool> preflightScreenCaptureAccess() override {
-        auto preflight = systemFunction<decltype(CGPreflightScreenCaptureAccess)>("CGPreflightScreenCaptureAccess");
+        auto preflight = systemFunction<ScreenCaptureAccessFunction>("CGPreflightScreenCaptureAccess");
         if (!preflight) return std::nullopt;
         return static_cast<bool>(preflight());
     }
 
     std::optional<bool> requestScreenCaptureAccess() override {
-        auto request = systemFunction<decltype(CGRequestScreenCaptureAccess)>("CGRequestScreenCaptureAccess");
+        auto request = systemFunction<ScreenCaptureAccessFunction>("CGRequestScreenCaptureAccess");
         if (!request) return std::nullopt;
         return static_cast<bool>(request());
     }
 
     std::optional<long> hidCheckAccess(long requestType) override {
-        auto check = systemFunction<decltype(IOHIDCheckAccess)>("IOHIDCheckAccess");
+        auto check = systemFunction<HIDCheckAccessFunction>("IOHIDCheckAccess");
         if (!check) return std::nullopt;
-        return static_cast<long>(check(static_cast<IOHIDRequestType>(requestType)));
+        return static_cast<long>(check(static_cast<std::uint32_t>(requestType)));
     }
 
     std::optional<bool> hidRequestAccess(long requestType) override {
-        auto request = systemFunction<decltype(IOHIDRequestAccess)>("IOHIDRequestAccess");
+        auto request = systemFunction<HIDRequestAccessFunction>("IOHIDRequestAccess");
         if (!request) return std::nullopt;
-        return static_cast<bool>(request(static_cast<IOHIDRequestType>(requestType)));
+        return static_cast<bool>(request(static_cast<std::uint32_t>(requestType)));
     }
 
     std::optional<long> captureDeviceAuthorizationStatus(std::string_view mediaType) override {

@@ -4,7 +4,8 @@
 // isOperatingSystemAtLeastVersion:]; the user database's home directory
 // (getpwuid_r, safe on any thread); the main bundle's URL; the App Sandbox
 // check with SecStaticCodeCreateWithPath, SecRequirementCreateWithString and
-// SecStaticCodeCheckValidity, with the flags the caller gives.
+// SecStaticCodeCheckValidity, with the flags the caller gives; the build
+// variant (VANTRO_APP_STORE: public interfaces only).
 // Known gaps: on 10.9, where NSProcessInfo cannot answer the version question,
 // every "at least" answers NO (10.9 is below every version the framework asks
 // about).
@@ -18,6 +19,8 @@
 #include <unistd.h>
 
 #include <vector>
+
+#include "Vocabulary/BuildVariant.h"
 
 #include "macOS/MacAreas.h"
 #include "macOS/MacFoundation.h"
@@ -96,6 +99,8 @@ public:
         if (!macCode || !macRequirement) return parameterError;
         return SecStaticCodeCheckValidity(macCode->code(), flags, macRequirement->requirement());
     }
+
+    bool usesOnlyPublicInterfaces() const override { return VANTRO_APP_STORE; }
 };
 
 }  // namespace

@@ -2,7 +2,9 @@
 // arrow's colour.
 //
 // Implements: VantroView and VantroArrowView, each drawing through the
-// core's drawing of its twin onto a canvas of the current graphics context;
+// core's drawing of its twin onto a canvas of the current graphics context,
+// and the arrow's geometry, the core's outline and path handed back in
+// AppKit's types;
 // NSColor (Vantro) vantroArrowColor, the core's arrow colour as one NSColor
 // made once per process.
 // Known gaps: colours reach AppKit as calibrated RGB, so the background is
@@ -13,6 +15,9 @@
 #import <Vantro/VantroView.h>
 
 #include <dispatch/dispatch.h>
+
+#include <array>
+#include <cstddef>
 
 #include "Overlay/VantroArrowView.h"
 #include "Overlay/VantroView.h"
@@ -42,6 +47,25 @@
     vantro::mac::MacCanvas canvas;
     const NSSize size = self.frame.size;
     _core.drawRect({size.width, size.height}, canvas);
+}
+
+- (void)arrowPoints:(NSPoint*)points
+          forLength:(CGFloat)length
+          tailWidth:(CGFloat)tailWidth
+          headWidth:(CGFloat)headWidth
+         headLength:(CGFloat)headLength {
+    std::array<vantro::Point, 7> outline{};
+    _core.arrowPoints(outline, length, tailWidth, headWidth, headLength);
+    for (std::size_t i = 0; i < outline.size(); ++i) points[i] = NSMakePoint(outline[i].x, outline[i].y);
+}
+
+- (NSBezierPath*)arrowFromPoint:(NSPoint)startPoint
+                        toPoint:(NSPoint)endPoint
+                      tailWidth:(CGFloat)tailWidth
+                      headWidth:(CGFloat)headWidth
+                     headLength:(CGFloat)headLength {
+    return vantro::mac::toNSBezierPath(_core.arrowFromPoint(vantro::mac::toPoint(startPoint), vantro::mac::toPoint(endPoint),
+                                                            tailWidth, headWidth, headLength));
 }
 
 @end

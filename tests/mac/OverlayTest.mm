@@ -137,6 +137,31 @@ TEST_F(Overlay, TheWindowIsBorderlessAndNeverOpaqueWhateverItIsMadeWith) {
     }
 }
 
+// A view 40 wide and 100 high lays its arrow from (20, 1) to (20, 99): the
+// outline along x, then the same outline turned upright and moved there, as a
+// new path of a move, seven lines and a close.
+TEST_F(Overlay, TheArrowsGeometryReachesHostsInAppKitsTypes) {
+    VantroArrowView* view = [[VantroArrowView alloc] initWithFrame:NSMakeRect(0, 0, 40, 100)];
+    NSPoint outline[7];
+    [view arrowPoints:outline forLength:98 tailWidth:8 headWidth:20 headLength:20];
+    const NSPoint along[7] = {{0, 4}, {78, 4}, {78, 10}, {98, 0}, {78, -10}, {78, -4}, {0, -4}};
+    const NSPoint upright[7] = {{16, 1}, {16, 79}, {10, 79}, {20, 99}, {30, 79}, {24, 79}, {24, 1}};
+    for (int i = 0; i < 7; ++i) EXPECT_TRUE(NSEqualPoints(outline[i], along[i])) << "point " << i;
+
+    NSBezierPath* path = [view arrowFromPoint:NSMakePoint(20, 1) toPoint:NSMakePoint(20, 99) tailWidth:8 headWidth:20 headLength:20];
+    NSBezierPath* again = [view arrowFromPoint:NSMakePoint(20, 1) toPoint:NSMakePoint(20, 99) tailWidth:8 headWidth:20 headLength:20];
+    EXPECT_NE(path, again) << "each call makes a new path";
+    ASSERT_EQ(path.elementCount, 9);
+    NSPoint point;
+    EXPECT_EQ([path elementAtIndex:0 associatedPoints:&point], NSBezierPathElementMoveTo);
+    EXPECT_EQ([path elementAtIndex:8 associatedPoints:&point], NSBezierPathElementClosePath);
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_EQ([path elementAtIndex:i + 1 associatedPoints:&point], NSBezierPathElementLineTo);
+        EXPECT_NEAR(point.x, upright[i].x, 1e-4) << "line " << i;
+        EXPECT_NEAR(point.y, upright[i].y, 1e-4) << "line " << i;
+    }
+}
+
 TEST_F(Overlay, TheLayoutLoadsFromTheFrameworksBundleWithEveryOutletConnected) {
     VantroWindowController* controller = [[VantroWindowController alloc] initWithWindowNibName:@"VantroWindowController"];
     NSString* inFramework = [vantro::mac::frameworkNSBundle() pathForResource:@"VantroWindowController" ofType:@"nib"];

@@ -34,6 +34,8 @@ struct OverlayBehaviour {
     // A text field shows the guide's message.
     bool showsMessage = false;
     bool borderless = false;
+    // A non-activating panel as well (the App Store build's window).
+    bool nonactivatingPanel = false;
     // Drawn over its whole frame: the settings window under it is hidden.
     bool opaque = false;
     bool drawsPanel = false;
@@ -50,16 +52,18 @@ struct OverlayBehaviour {
 void PrintTo(const OverlayBehaviour& b, std::ostream* os) {
     // The levels, then the flags in the order they are declared.
     *os << "{level " << b.levelAtLoad << "/" << b.levelWhenShown;
-    for (bool flag : {b.shown, b.iconOutlet, b.fieldOutlet, b.showsMessage, b.borderless, b.opaque, b.drawsPanel, b.drawsArrow,
-                      b.drawsIcon, b.dragFollowed, b.hostStaysBehind})
+    for (bool flag : {b.shown, b.iconOutlet, b.fieldOutlet, b.showsMessage, b.borderless, b.nonactivatingPanel, b.opaque,
+                      b.drawsPanel, b.drawsArrow, b.drawsIcon, b.dragFollowed, b.hostStaysBehind})
         *os << " " << flag;
     *os << "}";
 }
 
-OverlayBehaviour observeOverlay(const std::string& layout) {
+OverlayBehaviour observeOverlay(const std::string& layout, bool appStoreBuild = false) {
     test::TemporaryResources resources;
     resources.write("VantroWindowController.xib", layout);
-    sim::SimulatedMac mac(resources.configuration());
+    auto configuration = resources.configuration();
+    configuration.appStoreBuild = appStoreBuild;
+    sim::SimulatedMac mac(configuration);
     OverlayBehaviour b;
     if (auto loaded = VantroWindowController::initWithWindowNibName("VantroWindowController"); loaded->window())
         b.levelAtLoad = loaded->window()->level();
@@ -76,7 +80,8 @@ OverlayBehaviour observeOverlay(const std::string& layout) {
     b.fieldOutlet = controller->unlockMessageField() != nullptr;
     const auto texts = window->textsShown(*controller);
     b.showsMessage = std::find(texts.begin(), texts.end(), guideMessage) != texts.end();
-    b.borderless = window->styleMask() == sim::NSWindowStyleMaskBorderless;
+    b.borderless = (window->styleMask() & ~NSWindowStyleMaskNonactivatingPanel) == NSWindowStyleMaskBorderless;
+    b.nonactivatingPanel = (window->styleMask() & NSWindowStyleMaskNonactivatingPanel) != 0;
 
     const Rect frame = window->frame();
     cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(frame.size.width),
@@ -174,4 +179,23 @@ TEST(OverlayLayout, EveryPartOfTheLayoutShowsInWhatTheUserSees) {
 }
 
 }  // namespace
+// The App Store build's window has no private activation hook: it keeps the
+// host behind as a non-activating panel, and otherwise shows and behaves as
+// the ordinary build's, from the real layout and from one with a title bar.
+TEST(OverlayLayout, TheAppStoreBuildsPanelKeepsTheHostBehindAsTheOrdinaryWindowDoes) {
+    const test::LayoutEdit layouts[] = {
+        test::unchanged(),
+        test::replacing(R"(<windowStyleMask key="styleMask"/>)", R"(<windowStyleMask key="styleMask" titled="YES"/>)"),
+    };
+    for (const auto& edit : layouts) {
+        const std::string layout = edit(test::realLayout("VantroWindowController"));
+        OverlayBehaviour ordinary = observeOverlay(layout);
+        EXPECT_TRUE(ordinary.hostStaysBehind);
+        EXPECT_FALSE(ordinary.nonactivatingPanel);
+        OverlayBehaviour expected = ordinary;
+        expected.nonactivatingPanel = true;
+        EXPECT_EQ(observeOverlay(layout, true), expected);
+    }
+}
+
 }  // namespace vantro

@@ -180,6 +180,40 @@ TEST(PhotosAuthorization, AfterOneCompletedRequestThePrivateObjectIsNoLongerCons
     }
 }
 
+// The App Store build knows PHPhotoLibrary only: on 10.14 its "authorized"
+// stands whatever the user decided, and nothing private is asked for by the
+// status, the request, the library's path or the framework loaders.
+TEST(PhotosAuthorization, TheAppStoreBuildTakesThePublicAnswerAndAsksForNothingPrivate) {
+    struct Case { const char* release; Consent consent; bool appStore; PrivacyAuthorizationStatus status; } cases[] = {
+        {"10.14", Consent::Denied, false, 1},       {"10.14", Consent::Denied, true, 2},
+        {"10.14", Consent::Authorized, true, 2},    {"10.14", Consent::Restricted, true, 1},
+        {"10.14", Consent::NotDetermined, true, 0}, {"10.15", Consent::Denied, true, 1},
+    };
+    for (const auto& c : cases) {
+        const std::string name = std::string(c.release) + (c.appStore ? " App Store" : "") + " consent " +
+                                 std::to_string(static_cast<int>(c.consent));
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release, .appStoreBuild = c.appStore});
+        mac.privacy().setConsent(PromptedService::Photos, c.consent);
+        mac.privacy().answerNextPrompt(PromptAnswer::allow());
+        mac.services().availability().systemPhotoLibraryURL = PlatformURL{true, "/Photos/Library.photoslibrary"};
+        auto center = S::sharedRequestStatusCenter();
+        EXPECT_EQ(center->photosAuthorizationStatus(), c.status) << name;
+        center->requestPhotosAuthorization(true);
+        mac.runUntilIdle(10);
+        S::loadAssetsLibraryServicesFramework();
+        const auto path = S::photosSystemLibraryPath();
+        if (!c.appStore) {
+            EXPECT_GT(privateObjectMessages(mac), 0u) << name;
+            continue;
+        }
+        EXPECT_EQ(privateObjectMessages(mac), 0u) << name;
+        EXPECT_EQ(mac.services().loads(assetsLibraryServices), 0) << name;
+        EXPECT_EQ(mac.services().count("PHPhotoLibrary systemPhotoLibraryURL"), 0u) << name;
+        EXPECT_EQ(mac.fileSystem().listingsOf(mac.services().photoLibraryPath()), 0u) << name;
+        EXPECT_EQ(path, mac.services().photoLibraryPath()) << name << ": the daemon's bookmark, not the private URL";
+    }
+}
+
 TEST(PhotosAuthorization, AGrantOnMojaveTouchesTheLibraryOffTheMainThread) {
     sim::SimulatedMac mac(sim::MacConfiguration{.release = "10.14"});
     mac.privacy().answerNextPrompt(PromptAnswer::allow(0));

@@ -56,6 +56,24 @@
 #define NS_TYPED_EXTENSIBLE_ENUM __attribute__((swift_wrapper(struct)))
 #endif
 
+// Foundation's closed enumeration and main-actor macros (Apple's SDK from
+// macOS 12), which GNUstep lacks, with the attributes Apple's expand to:
+// enum_extensibility(closed), so that clang checks a closed enumeration as
+// Swift imports it (a frozen enum, no unknown cases), and
+// swift_attr("@UIActor"), which Swift imports as @MainActor. Checked against
+// clang's attribute reference (enum_extensibility, swift_attr) and
+// developer.apple.com/documentation/swift/grouping-related-objective-c-constants
+// (NS_CLOSED_ENUM); the expansions are unconfirmed against Apple's
+// NSObjCRuntime.h text.
+#ifndef NS_CLOSED_ENUM
+#define NS_CLOSED_ENUM(_type, _name) \
+    enum __attribute__((enum_extensibility(closed))) _name : _type _name; \
+    enum __attribute__((enum_extensibility(closed))) _name : _type
+#endif
+#ifndef NS_SWIFT_UI_ACTOR
+#define NS_SWIFT_UI_ACTOR __attribute__((swift_attr("@UIActor")))
+#endif
+
 NS_ASSUME_NONNULL_BEGIN
 
 #pragma mark - Foundation
@@ -311,6 +329,16 @@ enum : NSEventType {
     NSEventTypeRightMouseDown = 3,
     NSEventTypeLeftMouseDragged = 6
 };
+
+// The path element names of current SDKs, which GNUstep lacks (it has only
+// NSMoveToBezierPathElement …, deprecated on the Mac); the same values.
+// Checked against developer.apple.com/documentation/appkit/nsbezierpath/elementtype
+// (moveTo, lineTo, curveTo, closePath) and .../nsmovetobezierpathelement
+// (the old name, macOS 10.0 to 11.0).
+static const NSBezierPathElement NSBezierPathElementMoveTo = NSMoveToBezierPathElement;
+static const NSBezierPathElement NSBezierPathElementLineTo = NSLineToBezierPathElement;
+static const NSBezierPathElement NSBezierPathElementCurveTo = NSCurveToBezierPathElement;
+static const NSBezierPathElement NSBezierPathElementClosePath = NSClosePathBezierPathElement;
 
 // Present in GNUstep with Apple's types: NSAlert's messageText,
 // informativeText, addButtonWithTitle:, runModal and alertStyle (as methods,

@@ -27,15 +27,16 @@ typedef NS_ENUM(NSInteger, AVAuthorizationStatus) {
     AVAuthorizationStatusRestricted = 1,
     AVAuthorizationStatusDenied = 2,
     AVAuthorizationStatusAuthorized = 3
-};
+} API_AVAILABLE(macos(10.14));
 
 // Checked against developer.apple.com/documentation/avfoundation/avcapturedevice/authorizationstatus(for:)
 // and .../requestaccess(for:completionhandler:) (both macOS 10.14; the
 // handler `(Bool) -> Void`, called on an arbitrary queue).
 @interface AVCaptureDevice : NSObject
 
-+ (AVAuthorizationStatus)authorizationStatusForMediaType:(AVMediaType)mediaType;
-+ (void)requestAccessForMediaType:(AVMediaType)mediaType completionHandler:(void (^)(BOOL granted))handler;
++ (AVAuthorizationStatus)authorizationStatusForMediaType:(AVMediaType)mediaType API_AVAILABLE(macos(10.14));
++ (void)requestAccessForMediaType:(AVMediaType)mediaType completionHandler:(void (^)(BOOL granted))handler
+    API_AVAILABLE(macos(10.14));
 
 @end
 

@@ -16,7 +16,7 @@ typedef NS_ENUM(NSInteger, CBManagerAuthorization) {
     CBManagerAuthorizationRestricted,
     CBManagerAuthorizationDenied,
     CBManagerAuthorizationAllowedAlways
-};
+} API_AVAILABLE(macos(10.15));
 
 // NSInteger, values 0–5. Checked against docs.rs objc2-core-bluetooth
 // CBManager.rs (CBManagerState(NSInteger), Unknown 0 … PoweredOn 5) and
@@ -36,7 +36,7 @@ typedef NS_ENUM(NSInteger, CBManagerState) {
 // (`class var authorization`).
 @interface CBManager : NSObject
 @property (nonatomic, assign, readonly) CBManagerState state;
-@property (class, nonatomic, assign, readonly) CBManagerAuthorization authorization;
+@property (class, nonatomic, assign, readonly) CBManagerAuthorization authorization API_AVAILABLE(macos(10.15));
 @end
 
 @class CBCentralManager;

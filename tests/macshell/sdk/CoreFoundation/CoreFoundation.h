@@ -18,6 +18,7 @@
 #include <stdbool.h>
 #include <stdint.h>
 #include <MacTypes.h>
+#include <os/availability.h>
 
 #define CF_BRIDGED_TYPE(T) __attribute__((objc_bridge(T)))
 #define CF_RETURNS_RETAINED __attribute__((cf_returns_retained))

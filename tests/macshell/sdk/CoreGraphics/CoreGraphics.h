@@ -55,8 +55,9 @@ bool CGRectMakeWithDictionaryRepresentation(CFDictionaryRef _Nullable dict, CGRe
 
 // Checked against docs.rs objc2-core-graphics CGRequestScreenCaptureAccess
 // (`() -> bool`) and docs.rs core-graphics access.rs (both return bool).
-bool CGPreflightScreenCaptureAccess(void);
-bool CGRequestScreenCaptureAccess(void);
+// Both appeared in macOS 10.15.
+bool CGPreflightScreenCaptureAccess(void) API_AVAILABLE(macos(10.15));
+bool CGRequestScreenCaptureAccess(void) API_AVAILABLE(macos(10.15));
 
 #pragma clang assume_nonnull end
 CF_EXTERN_C_END

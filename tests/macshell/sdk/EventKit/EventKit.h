@@ -19,14 +19,15 @@ typedef NS_ENUM(NSUInteger, EKEntityType) {
 // EKAuthorizationStatus is NSInteger 0…4; Authorized is the old name of
 // FullAccess. Checked against developer.apple.com/documentation/eventkit/ekauthorizationstatus
 // and docs.rs objc2-event-kit / icrate EKTypes.rs (NSInteger, values 0–4,
-// Authorized = FullAccess).
+// Authorized = FullAccess). FullAccess and WriteOnly appeared in macOS 14
+// (…/ekauthorizationstatus/fullaccess), Authorized in 10.9.
 typedef NS_ENUM(NSInteger, EKAuthorizationStatus) {
     EKAuthorizationStatusNotDetermined = 0,
     EKAuthorizationStatusRestricted,
     EKAuthorizationStatusDenied,
-    EKAuthorizationStatusFullAccess,
-    EKAuthorizationStatusWriteOnly,
-    EKAuthorizationStatusAuthorized = EKAuthorizationStatusFullAccess
+    EKAuthorizationStatusFullAccess API_AVAILABLE(macos(14.0)),
+    EKAuthorizationStatusWriteOnly API_AVAILABLE(macos(14.0)),
+    EKAuthorizationStatusAuthorized = 3
 };
 
 // Checked against developer.apple.com/documentation/eventkit/ekeventstorerequestaccesscompletionhandler
@@ -41,8 +42,10 @@ typedef void (^EKEventStoreRequestAccessCompletionHandler)(BOOL granted, NSError
 
 + (EKAuthorizationStatus)authorizationStatusForEntityType:(EKEntityType)entityType;
 
-- (void)requestFullAccessToEventsWithCompletion:(EKEventStoreRequestAccessCompletionHandler)completion;
-- (void)requestFullAccessToRemindersWithCompletion:(EKEventStoreRequestAccessCompletionHandler)completion;
+- (void)requestFullAccessToEventsWithCompletion:(EKEventStoreRequestAccessCompletionHandler)completion
+    API_AVAILABLE(macos(14.0));
+- (void)requestFullAccessToRemindersWithCompletion:(EKEventStoreRequestAccessCompletionHandler)completion
+    API_AVAILABLE(macos(14.0));
 - (void)requestAccessToEntityType:(EKEntityType)entityType
                        completion:(EKEventStoreRequestAccessCompletionHandler)completion;
 

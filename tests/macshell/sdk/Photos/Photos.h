@@ -17,7 +17,7 @@ typedef NS_ENUM(NSInteger, PHAuthorizationStatus) {
     PHAuthorizationStatusRestricted,
     PHAuthorizationStatusDenied,
     PHAuthorizationStatusAuthorized,
-    PHAuthorizationStatusLimited
+    PHAuthorizationStatusLimited API_AVAILABLE(macos(11.0))
 };
 
 // Checked against developer.apple.com/documentation/photos/phphotolibrary/authorizationstatus()

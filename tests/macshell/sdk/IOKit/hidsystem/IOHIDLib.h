@@ -4,6 +4,7 @@
 #define VANTRO_MACSHELL_IOHIDLIB_H
 
 #include <stdbool.h>
+#include <os/availability.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -15,19 +16,20 @@ extern "C" {
 // `(IOHIDRequestType) -> bool`; the request blocks until the user answers, per
 // the function's documentation there). The enum values are unconfirmed
 // against an Apple page.
+// All four appeared in macOS 10.15.
 typedef enum {
     kIOHIDRequestTypePostEvent,
     kIOHIDRequestTypeListenEvent
-} IOHIDRequestType;
+} IOHIDRequestType API_AVAILABLE(macos(10.15));
 
 typedef enum {
     kIOHIDAccessTypeGranted,
     kIOHIDAccessTypeDenied,
     kIOHIDAccessTypeUnknown
-} IOHIDAccessType;
+} IOHIDAccessType API_AVAILABLE(macos(10.15));
 
-IOHIDAccessType IOHIDCheckAccess(IOHIDRequestType requestType);
-bool IOHIDRequestAccess(IOHIDRequestType requestType);
+IOHIDAccessType IOHIDCheckAccess(IOHIDRequestType requestType) API_AVAILABLE(macos(10.15));
+bool IOHIDRequestAccess(IOHIDRequestType requestType) API_AVAILABLE(macos(10.15));
 
 #ifdef __cplusplus
 }
