@@ -57,6 +57,7 @@ int runList(Arguments args, const Streams& io) {
     Decisions decisions;
     std::vector<std::string> identifiers;
     VantroViewController::ReasonStrings reasons;
+    std::vector<std::string> replacedReasons;
     while (!args.empty()) {
         std::string argument = args.next();
         if (options.read(argument, args) || decisions.read(argument, args, {"--grant", "--deny"})) continue;
@@ -65,7 +66,7 @@ int runList(Arguments args, const Streams& io) {
             auto equals = pair ? pair->find('=') : std::string::npos;
             if (equals == std::string::npos || equals == 0) throw UsageError{"--reason needs IDENTIFIER=TEXT"};
             std::string identifier = pair->substr(0, equals);
-            if (reasons.contains(identifier)) io.warn("--reason " + identifier + " replaces the earlier reason for it");
+            if (reasons.contains(identifier)) replacedReasons.push_back(identifier);
             reasons.insert_or_assign(std::move(identifier), pair->substr(equals + 1));
             continue;
         }
@@ -75,6 +76,7 @@ int runList(Arguments args, const Streams& io) {
 
     sim::SimulatedMac mac(options.configuration);
     decisions.apply(mac, options, io);
+    for (const auto& identifier : replacedReasons) io.warn("--reason " + identifier + " replaces the earlier reason for it");
     options.serveNewerCategories();
     auto controller = VantroViewController::create();
     if (!identifiers.empty()) controller->setRequestedPrivacyCategoryIdentifiers(identifiers);

@@ -73,11 +73,14 @@ bool Decisions::read(const std::string& option, Arguments& args, std::initialize
 }
 
 void Decisions::apply(sim::SimulatedMac& mac, const MacOptions& options, const Streams& io) const {
+    // Warnings wait until every decision is taken: a usage error stays the
+    // only thing said.
+    std::vector<std::string> warnings;
     std::map<std::string, sim::Consent, std::less<>> earlier;
     for (const auto& [identifier, consent] : list) {
         if (auto before = earlier.find(identifier); before != earlier.end() && before->second != consent)
-            io.warn(std::string(optionOf(consent)) + " " + identifier + " overrides the earlier " +
-                    std::string(optionOf(before->second)) + " " + identifier + ": the last decision counts");
+            warnings.push_back(std::string(optionOf(consent)) + " " + identifier + " overrides the earlier " +
+                               std::string(optionOf(before->second)) + " " + identifier + ": the last decision counts");
         earlier.insert_or_assign(identifier, consent);
         if (!mac.privacy().setConsentForIdentifier(identifier, consent)) {
             if (consent == sim::Consent::Restricted && mac.privacy().setConsentForIdentifier(identifier, sim::Consent::Denied))
@@ -86,10 +89,11 @@ void Decisions::apply(sim::SimulatedMac& mac, const MacOptions& options, const S
                              "\" is not Full Disk Access, a folder, Accessibility, or a service the system asks for"};
         }
         if (isNewerPrivacyCategory(identifier) && !options.newer)
-            io.warn(std::string(optionOf(consent)) + " " + identifier +
-                    " is recorded but changes nothing: the status center serves " + identifier +
-                    " only with --newer-categories");
+            warnings.push_back(std::string(optionOf(consent)) + " " + identifier +
+                               " is recorded but changes nothing: the status center serves " + identifier +
+                               " only with --newer-categories");
     }
+    for (const auto& warning : warnings) io.warn(warning);
 }
 
 int runStatus(Arguments args, const Streams& io) {
