@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Guide/Vantro.h"
@@ -10,17 +11,24 @@
 
 namespace vantro::tool {
 
-// Exit codes of vantro-sim.
-inline constexpr int ExitOK = 0;
-inline constexpr int ExitFailure = 1;
-inline constexpr int ExitUsage = 2;
+// Exit statuses of vantro-sim.
+inline constexpr int ExitOK = 0;       // the story was told
+inline constexpr int ExitFailure = 1;  // the story could not be told
+inline constexpr int ExitUsage = 2;    // the command line is wrong
+
+// Where a command writes: its answer, and the warnings and errors about it.
+struct Streams {
+    std::ostream& out;
+    std::ostream& err;
+    // One line on the error stream: "vantro-sim: warning: TEXT".
+    void warn(std::string_view text) const;
+};
 
 // The arguments of one command, consumed left to right.
 class Arguments {
 public:
     explicit Arguments(std::vector<std::string> args) : args_(std::move(args)) {}
     bool empty() const { return position_ >= args_.size(); }
-    const std::string& peek() const { return args_[position_]; }
     std::string next() { return args_[position_++]; }
     // The value after an option; nullopt when it is missing.
     std::optional<std::string> value() {
@@ -33,7 +41,8 @@ private:
     std::size_t position_ = 0;
 };
 
-// A usage error: the message goes to standard error with the usage text.
+// A usage error: one line saying what is wrong, then a pointer to the
+// command's help.
 struct UsageError {
     std::string message;
 };
@@ -44,19 +53,38 @@ struct ToolError {
     std::string message;
 };
 
-// Reads "--macos VERSION", "--sandboxed" and "--language CODE" into a
-// configuration; returns false when the argument is none of them.
-bool readMacOption(const std::string& option, Arguments& args, sim::MacConfiguration& configuration);
+// Runs vantro-sim with the arguments that follow the program's name;
+// answers its exit status. Every failure ends as one line on `err`.
+int runTool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
-// Reads "--newer-categories"; returns false when the argument is something else.
-bool readNewerCategoriesOption(const std::string& option, bool& newer);
-// What a host does with one line to have the newer categories (Screen
-// Recording, Input Monitoring, Camera, Microphone, Bluetooth) served.
-void serveNewerCategories(bool newer);
+// The options every command takes: "--macos VERSION", "--language CODE",
+// "--newer-categories", "--json", and "--sandboxed" where the command has it.
+struct MacOptions {
+    sim::MacConfiguration configuration;
+    bool newer = false;
+    bool json = false;
+    // Reads one of them; returns false when the argument is none of them.
+    bool read(const std::string& option, Arguments& args);
+    // What a host does with one line to have the newer categories (Screen
+    // Recording, Input Monitoring, Camera, Microphone, Bluetooth) served.
+    void serveNewerCategories() const;
+};
 
-int runStatus(Arguments args, std::ostream& out);
-int runGuide(Arguments args, std::ostream& out);
-int runRoad(Arguments args, std::ostream& out);
+// The user's decisions given with --grant, --deny and --restricted, in order.
+struct Decisions {
+    std::vector<std::pair<std::string, sim::Consent>> list;
+    // Reads one of the options in `names` ("--grant", "--deny",
+    // "--restricted"); returns false for any other argument.
+    bool read(const std::string& option, Arguments& args, std::initializer_list<std::string_view> names);
+    // Records them on `mac`: a usage error for an identifier the privacy
+    // database does not take, a warning for each one that changes nothing.
+    void apply(sim::SimulatedMac& mac, const MacOptions& options, const Streams& io) const;
+};
+
+int runStatus(Arguments args, const Streams& io);
+int runList(Arguments args, const Streams& io);
+int runGuide(Arguments args, const Streams& io);
+int runRoad(Arguments args, const Streams& io);
 
 // Reads "--frames DIR"; returns false when the argument is something else.
 bool readFramesOption(const std::string& option, Arguments& args, std::optional<std::string>& frames);
@@ -68,6 +96,5 @@ void scriptDragIntoList(sim::SimulatedMac& mac, Vantro& guide, double startAt);
 // password when asked. Answers how many seconds this adds to the story: none
 // before macOS 13.
 double scriptSwitchOnInSettings(sim::SimulatedMac& mac, double at);
-int runList(Arguments args, std::ostream& out);
 
 }  // namespace vantro::tool

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <iomanip>
 #include <ostream>
+#include <set>
 
 #include "Command.h"
+#include "Output.h"
 #include "PermissionList/VantroViewController.h"
 #include "Simulator/SimPermissionList.h"
 #include "Vocabulary/NewerPrivacyCategories.h"
@@ -38,89 +40,104 @@ bool isKnownIdentifier(std::string_view identifier) {
     return in(VantroPrivacyAllIdentifiers) || in(VantroPrivacyNewerIdentifiers);
 }
 
+// Why the list leaves out `identifier`, which was requested.
+std::string whyLeftOut(std::string_view identifier, const MacOptions& options, const sim::SimulatedMac& mac) {
+    if (!isKnownIdentifier(identifier)) return "it is not a privacy category identifier";
+    if (isNewerPrivacyCategory(identifier) && !options.newer) return "the newer categories are listed only with --newer-categories";
+    if (identifier == VantroPrivacyFilesAndFolders) return "the list offers the folders and volumes one by one, never all of them at once";
+    if (identifier == VantroPrivacyFullDiskAccess && options.configuration.sandboxed)
+        return "a sandboxed host is never offered Full Disk Access";
+    return mac.release().title() + " does not have it";
+}
+
 }  // namespace
 
-int runList(Arguments args, std::ostream& out) {
-    sim::MacConfiguration configuration;
+int runList(Arguments args, const Streams& io) {
+    MacOptions options;
+    Decisions decisions;
     std::vector<std::string> identifiers;
     VantroViewController::ReasonStrings reasons;
-    // What the user has already decided, in the order given.
-    std::vector<std::pair<std::string, sim::Consent>> decisions;
-    bool newer = false;
+    std::vector<std::string> replacedReasons;
     while (!args.empty()) {
         std::string argument = args.next();
-        if (readMacOption(argument, args, configuration) || readNewerCategoriesOption(argument, newer)) continue;
+        if (options.read(argument, args) || decisions.read(argument, args, {"--grant", "--deny"})) continue;
         if (argument == "--reason") {
             auto pair = args.value();
             auto equals = pair ? pair->find('=') : std::string::npos;
             if (equals == std::string::npos || equals == 0) throw UsageError{"--reason needs IDENTIFIER=TEXT"};
-            reasons.insert_or_assign(pair->substr(0, equals), pair->substr(equals + 1));
+            std::string identifier = pair->substr(0, equals);
+            if (reasons.contains(identifier)) replacedReasons.push_back(identifier);
+            reasons.insert_or_assign(std::move(identifier), pair->substr(equals + 1));
             continue;
         }
-        if (argument == "--grant" || argument == "--deny") {
-            auto identifier = args.value();
-            if (!identifier) throw UsageError{argument + " needs an IDENTIFIER"};
-            decisions.emplace_back(*identifier, argument == "--grant" ? sim::Consent::Authorized : sim::Consent::Denied);
-            continue;
-        }
-        if (argument.rfind("--", 0) == 0) throw UsageError{"unknown option \"" + argument + "\" for list"};
+        if (argument.starts_with("--")) throw UsageError{"unknown option \"" + argument + "\""};
         identifiers.push_back(argument);
     }
 
-    sim::SimulatedMac mac(configuration);
-    for (const auto& [identifier, consent] : decisions) {
-        if (!mac.privacy().setConsentForIdentifier(identifier, consent))
-            throw UsageError{"\"" + identifier + "\" is not Full Disk Access, a folder, Accessibility, or a service the system asks for"};
-    }
-    serveNewerCategories(newer);
+    sim::SimulatedMac mac(options.configuration);
+    decisions.apply(mac, options, io);
+    for (const auto& identifier : replacedReasons) io.warn("--reason " + identifier + " replaces the earlier reason for it");
+    options.serveNewerCategories();
     auto controller = VantroViewController::create();
     if (!identifiers.empty()) controller->setRequestedPrivacyCategoryIdentifiers(identifiers);
     if (!reasons.empty()) controller->setReasonStrings(reasons);
     sim::SimPermissionList list(mac, controller);
     list.show();
-    auto rows = list.rows();
-
-    out << mac.release().title() << ", AppKit " << std::fixed
-        << std::setprecision(2) << mac.configuration().appKitVersionNumber()
-        << (configuration.sandboxed ? ", sandboxed host" : "") << "\n";
-    out << "requested: ";
+    const auto rows = reportRows(*controller, list);
     const auto& requested = controller->requestedPrivacyCategoryIdentifiers();
-    for (std::size_t i = 0; i < requested.size(); ++i) out << (i ? " " : "") << requested[i];
-    out << "\n\n";
-    // Identifiers the framework does not know are left out of the list, as
-    // are categories this release does not have: the two are told apart.
-    bool unknownRequested = false;
+    auto shown = [&](std::string_view identifier) {
+        return std::any_of(rows.begin(), rows.end(), [&](const CategoryReport& row) { return row.identifier == identifier; });
+    };
+    // Everything asked for that the list does not show is told, once.
+    std::set<std::string, std::less<>> told;
     for (const auto& identifier : requested) {
-        if (isKnownIdentifier(identifier)) continue;
-        out << "(" << identifier << " is not a privacy category identifier: the list leaves it out)\n";
-        unknownRequested = true;
+        if (shown(identifier) || !told.insert(identifier).second) continue;
+        io.warn(identifier + " is left out of the list: " + whyLeftOut(identifier, options, mac));
     }
-    if (unknownRequested) out << "\n";
+    for (const auto& [identifier, reason] : reasons) {
+        if (!shown(identifier)) io.warn("--reason " + identifier + " is not shown: " + identifier + " is not a row of the list");
+    }
+
+    if (options.json) {
+        io.out << "{\n";
+        writeJsonContext(io.out, "list", mac, options.newer);
+        io.out << "  \"requested\": [";
+        for (std::size_t i = 0; i < requested.size(); ++i) io.out << (i ? ", " : "") << jsonString(requested[i]);
+        io.out << "],\n";
+        writeJsonCategories(io.out, "categories", rows);
+        io.out << "\n}\n";
+        return ExitOK;
+    }
+    io.out << mac.release().title() << ", AppKit " << std::fixed << std::setprecision(2)
+           << mac.configuration().appKitVersionNumber() << (options.configuration.sandboxed ? ", sandboxed host" : "") << "\n";
+    io.out << "requested:";
+    for (const auto& identifier : requested) io.out << " " << printable(identifier);
+    io.out << "\n\n";
     if (rows.empty()) {
-        out << (unknownRequested && std::all_of(requested.begin(), requested.end(), [](const std::string& i) { return !isKnownIdentifier(i); })
-                    ? "(the list is empty)\n"
-                    : "(the list is empty: no requested category exists on this system)\n");
+        io.out << "(the list is empty)\n";
         return ExitOK;
     }
 
     std::size_t labelWidth = 8, reasonWidth = 6, titleWidth = 6;
+    std::vector<std::string> reasonTexts;
     for (const auto& row : rows) {
-        labelWidth = std::max(labelWidth, displayWidth(row.label));
-        reasonWidth = std::max(reasonWidth, displayWidth(row.reason));
-        titleWidth = std::max(titleWidth, displayWidth(row.buttonTitle));
+        reasonTexts.push_back(row.reason ? printable(*row.reason) : "-");
+        labelWidth = std::max(labelWidth, displayWidth(row.label.value_or("")));
+        reasonWidth = std::max(reasonWidth, displayWidth(reasonTexts.back()));
+        titleWidth = std::max(titleWidth, displayWidth(row.buttonTitle.value_or("")));
     }
     auto cell = [&](const std::string& text, std::size_t width) {
-        out << text << std::string(width + 2 - std::min(width + 2, displayWidth(text)), ' ');
+        io.out << text << std::string(width + 2 - std::min(width + 2, displayWidth(text)), ' ');
     };
     cell("CATEGORY", labelWidth);
     cell("REASON", reasonWidth);
     cell("BUTTON", titleWidth);
-    out << "ENABLED\n";
-    for (const auto& row : rows) {
-        cell(row.label, labelWidth);
-        cell(row.reason.empty() ? "-" : row.reason, reasonWidth);
-        cell(row.buttonTitle, titleWidth);
-        out << (row.buttonEnabled ? "yes" : "no") << "\n";
+    io.out << "ENABLED\n";
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        cell(rows[i].label.value_or(""), labelWidth);
+        cell(reasonTexts[i], reasonWidth);
+        cell(rows[i].buttonTitle.value_or(""), titleWidth);
+        io.out << (rows[i].buttonEnabled ? "yes" : "no") << "\n";
     }
     return ExitOK;
 }

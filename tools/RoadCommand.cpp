@@ -2,6 +2,7 @@
 
 #include "Command.h"
 #include "Guide/Vantro.h"
+#include "Output.h"
 #include "PermissionList/VantroViewController.h"
 #include "Simulator/SimPermissionList.h"
 #include "Story.h"
@@ -11,11 +12,11 @@ namespace vantro::tool {
 
 namespace {
 
-void printRows(std::ostream& out, const char* heading, const sim::SimPermissionList& list) {
+void printRows(std::ostream& out, const char* heading, const std::vector<CategoryReport>& rows) {
     out << heading << "\n";
-    for (const auto& row : list.rows()) {
-        out << "  " << row.label << (row.reason.empty() ? "" : " — " + row.reason) << "  [" << row.buttonTitle
-            << (row.buttonEnabled ? "" : ", disabled") << "]\n";
+    for (const auto& row : rows) {
+        out << "  " << row.label.value_or("") << (row.reason ? " — " + *row.reason : "") << "  ["
+            << row.buttonTitle.value_or("") << (row.buttonEnabled ? "" : ", disabled") << "]\n";
     }
 }
 
@@ -31,40 +32,37 @@ std::string demoReason(const std::string& language) {
 
 }  // namespace
 
-int runRoad(Arguments args, std::ostream& out) {
-    sim::MacConfiguration configuration;
+int runRoad(Arguments args, const Streams& io) {
+    MacOptions options;
     std::optional<std::string> frames;
-    bool newer = false;
     while (!args.empty()) {
         std::string option = args.next();
         if (option == "--sandboxed") throw UsageError{"road needs Full Disk Access in the list; a sandboxed host never lists it"};
-        if (readMacOption(option, args, configuration) || readFramesOption(option, args, frames) ||
-            readNewerCategoriesOption(option, newer))
-            continue;
-        throw UsageError{"unknown option \"" + option + "\" for road"};
+        if (options.read(option, args) || readFramesOption(option, args, frames)) continue;
+        throw UsageError{"unknown option \"" + option + "\""};
     }
-    if (configuration.appKitVersionNumber() <= 1561.0 + 0.999)
+    if (options.configuration.appKitVersionNumber() <= 1561.0 + 0.999)
         throw UsageError{"road needs macOS 10.14 or later, where Full Disk Access exists"};
 
-    sim::SimulatedMac mac(configuration);
-    serveNewerCategories(newer);
+    sim::SimulatedMac mac(options.configuration);
+    options.serveNewerCategories();
     auto controller = VantroViewController::create();
     // With the newer categories on, the list asks for them too, below Full
     // Disk Access; the ones this release lacks are left out.
-    if (newer) {
+    if (options.newer) {
         std::vector<std::string> identifiers{std::string(VantroPrivacyFullDiskAccess)};
         for (auto identifier : VantroPrivacyNewerIdentifiers) identifiers.emplace_back(identifier);
         controller->setRequestedPrivacyCategoryIdentifiers(std::move(identifiers));
     }
     controller->setReasonStrings(VantroViewController::ReasonStrings{
-        {std::string(VantroPrivacyFullDiskAccess), demoReason(configuration.languages.front())}});
+        {std::string(VantroPrivacyFullDiskAccess), demoReason(options.configuration.languages.front())}});
     sim::SimPermissionList list(mac, controller);
     Story story(mac, frames);
     story.contents().permissionList = &list;
     story.contents().guide = Vantro::sharedKit().get();
     mac.record("host", "shows its permission list");
     list.show();
-    printRows(out, "The list before:", list);
+    const auto before = reportRows(*controller, list);
 
     auto guide = Vantro::sharedKit();
     list.userClicks(1.0, 0);
@@ -73,13 +71,29 @@ int runRoad(Arguments args, std::ostream& out) {
         mac.userDoes(1.0, "clicks the lock and types the password", [&mac] { mac.systemPreferences().userUnlocks(); });
     scriptDragIntoList(mac, *guide, 2.0);
     const double switching = scriptSwitchOnInSettings(mac, 3.5);
-    mac.userDoes(3.5 + switching, "switches back to " + configuration.hostName,
+    mac.userDoes(3.5 + switching, "switches back to " + options.configuration.hostName,
                  [&mac] { mac.workspace().activate(mac.workspace().host()); });
     story.runUntil(6.5 + switching);
+    story.finish();
+    const auto after = reportRows(*controller, list);
 
-    out << "\nTimeline:\n" << mac.timeline().format() << "\n";
-    printRows(out, "The list after:", list);
-    if (frames) out << story.frames().size() << " pictures written to " << *frames << "\n";
+    if (options.json) {
+        io.out << "{\n";
+        writeJsonContext(io.out, "road", mac, options.newer);
+        writeJsonCategories(io.out, "before", before);
+        io.out << ",\n";
+        writeJsonTimeline(io.out, mac);
+        io.out << ",\n";
+        writeJsonCategories(io.out, "categories", after);
+        io.out << "\n}\n";
+        return ExitOK;
+    }
+    printRows(io.out, "The list before:", before);
+    io.out << "\nTimeline:\n";
+    writeTimeline(io.out, mac);
+    io.out << "\n";
+    printRows(io.out, "The list after:", after);
+    if (frames) io.out << story.frames().size() << " pictures written to " << printable(*frames) << "\n";
     return ExitOK;
 }
 

@@ -1,8 +1,10 @@
 #include <iomanip>
+#include <map>
 #include <ostream>
 #include <sstream>
 
 #include "Command.h"
+#include "Output.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
 #include "Vocabulary/NewerPrivacyCategories.h"
 
@@ -10,38 +12,24 @@ namespace vantro::tool {
 
 namespace {
 
-const char* statusName(PrivacyAuthorizationStatus status) {
-    switch (status) {
-    case PrivacyAuthorizationStatusNotDetermined: return "not determined";
-    case PrivacyAuthorizationStatusDenied: return "denied";
-    case PrivacyAuthorizationStatusAuthorized: return "authorized";
-    default: return "?";
-    }
-}
+const std::pair<std::string_view, sim::Consent> decisionOptions[] = {
+    {"--grant", sim::Consent::Authorized},
+    {"--deny", sim::Consent::Denied},
+    {"--restricted", sim::Consent::Restricted},
+};
 
-const char* requestTypeName(PrivacyAuthorizationRequestType type) {
-    switch (type) {
-    case PrivacyAuthorizationRequestTypeGrant: return "grant";
-    case PrivacyAuthorizationRequestTypeCheck: return "check";
-    default: return "request";
-    }
-}
-
-std::string jsonString(std::string_view s) {
-    std::string out = "\"";
-    for (char c : s) {
-        if (c == '"' || c == '\\') out += '\\';
-        out += c;
-    }
-    return out + "\"";
+std::string_view optionOf(sim::Consent consent) {
+    for (const auto& [name, value] : decisionOptions)
+        if (value == consent) return name;
+    return "--grant";
 }
 
 }  // namespace
 
-bool readMacOption(const std::string& option, Arguments& args, sim::MacConfiguration& configuration) {
+bool MacOptions::read(const std::string& option, Arguments& args) {
     if (option == "--macos") {
         auto version = args.value();
-        if (!version) throw UsageError{"--macos needs a VERSION"};
+        if (!version) throw UsageError{"--macos needs a VERSION, such as 10.15 or 14"};
         if (!sim::MacRelease::named(*version)) throw UsageError{"unknown macOS version \"" + *version + "\""};
         configuration.release = *version;
         return true;
@@ -59,97 +47,91 @@ bool readMacOption(const std::string& option, Arguments& args, sim::MacConfigura
         // taken: one that no bundle has a localization for falls back as on
         // a Mac, to English, the framework's development language.
         auto language = args.value();
-        if (!language || language->empty() || language->rfind("--", 0) == 0)
+        if (!language || language->empty() || language->starts_with("--"))
             throw UsageError{"--language needs a CODE, such as fr or ja"};
         configuration.languages = {*language};
+        return true;
+    }
+    if (option == "--newer-categories") {
+        newer = true;
+        return true;
+    }
+    if (option == "--json") {
+        json = true;
         return true;
     }
     return false;
 }
 
-bool readNewerCategoriesOption(const std::string& option, bool& newer) {
-    if (option != "--newer-categories") return false;
-    newer = true;
-    return true;
-}
-
-void serveNewerCategories(bool newer) {
+void MacOptions::serveNewerCategories() const {
     if (newer) VantroRequestStatusCenter::setServesNewerPrivacyCategories(true);
 }
 
-int runStatus(Arguments args, std::ostream& out) {
-    sim::MacConfiguration configuration;
-    bool json = false;
-    bool newer = false;
-    // What the user has already decided, in the order given.
-    std::vector<std::pair<std::string, sim::Consent>> decisions;
-    const std::pair<std::string_view, sim::Consent> decisionOptions[] = {
-        {"--grant", sim::Consent::Authorized},
-        {"--deny", sim::Consent::Denied},
-        {"--restricted", sim::Consent::Restricted},
-    };
+bool Decisions::read(const std::string& option, Arguments& args, std::initializer_list<std::string_view> names) {
+    if (std::find(names.begin(), names.end(), option) == names.end()) return false;
+    auto identifier = args.value();
+    if (!identifier || identifier->empty()) throw UsageError{option + " needs an IDENTIFIER, such as Privacy_AllFiles"};
+    for (const auto& [name, consent] : decisionOptions)
+        if (name == option) list.emplace_back(*identifier, consent);
+    return true;
+}
+
+void Decisions::apply(sim::SimulatedMac& mac, const MacOptions& options, const Streams& io) const {
+    // Warnings wait until every decision is taken: a usage error stays the
+    // only thing said.
+    std::vector<std::string> warnings;
+    std::map<std::string, sim::Consent, std::less<>> earlier;
+    for (const auto& [identifier, consent] : list) {
+        if (auto before = earlier.find(identifier); before != earlier.end() && before->second != consent)
+            warnings.push_back(std::string(optionOf(consent)) + " " + identifier + " overrides the earlier " +
+                               std::string(optionOf(before->second)) + " " + identifier + ": the last decision counts");
+        earlier.insert_or_assign(identifier, consent);
+        if (!mac.privacy().setConsentForIdentifier(identifier, consent)) {
+            if (consent == sim::Consent::Restricted && mac.privacy().setConsentForIdentifier(identifier, sim::Consent::Denied))
+                throw UsageError{"\"" + identifier + "\" cannot be restricted; only the services the system asks for can"};
+            throw UsageError{"\"" + identifier +
+                             "\" is not Full Disk Access, a folder, Accessibility, or a service the system asks for"};
+        }
+        if (isNewerPrivacyCategory(identifier) && !options.newer)
+            warnings.push_back(std::string(optionOf(consent)) + " " + identifier +
+                               " is recorded but changes nothing: the status center serves " + identifier +
+                               " only with --newer-categories");
+    }
+    for (const auto& warning : warnings) io.warn(warning);
+}
+
+int runStatus(Arguments args, const Streams& io) {
+    MacOptions options;
+    Decisions decisions;
     while (!args.empty()) {
         std::string option = args.next();
-        if (readMacOption(option, args, configuration) || readNewerCategoriesOption(option, newer)) continue;
-        if (option == "--json") {
-            json = true;
-            continue;
-        }
-        bool decided = false;
-        for (const auto& [name, consent] : decisionOptions) {
-            if (option != name) continue;
-            auto identifier = args.value();
-            if (!identifier) throw UsageError{option + " needs an IDENTIFIER"};
-            decisions.emplace_back(*identifier, consent);
-            decided = true;
-        }
-        if (decided) continue;
-        throw UsageError{"unknown option \"" + option + "\" for status"};
+        if (options.read(option, args) || decisions.read(option, args, {"--grant", "--deny", "--restricted"})) continue;
+        throw UsageError{"unknown option \"" + option + "\""};
     }
 
-    sim::SimulatedMac mac(configuration);
-    for (const auto& [identifier, consent] : decisions) {
-        if (mac.privacy().setConsentForIdentifier(identifier, consent)) continue;
-        if (consent == sim::Consent::Restricted && mac.privacy().setConsentForIdentifier(identifier, sim::Consent::Denied))
-            throw UsageError{"\"" + identifier + "\" cannot be restricted; only the services the system asks for can"};
-        throw UsageError{"\"" + identifier + "\" is not Full Disk Access, a folder, Accessibility, or a service the system asks for"};
-    }
-    serveNewerCategories(newer);
-    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
-    struct Row {
-        std::string identifier;
-        PrivacyAuthorizationStatus status;
-        PrivacyAuthorizationRequestType type;
-    };
-    std::vector<Row> rows;
-    auto addRow = [&](PrivacyCategoryIdentifier identifier) {
-        rows.push_back({std::string(identifier), center->privacyAuthorizationStatusForIdentifier(identifier),
-                        center->authorizationRequestTypeForIdentifier(identifier)});
-    };
-    for (auto identifier : VantroPrivacyAllIdentifiers) addRow(identifier);
-    if (newer) {
-        for (auto identifier : VantroPrivacyNewerIdentifiers) addRow(identifier);
-    }
+    sim::SimulatedMac mac(options.configuration);
+    decisions.apply(mac, options, io);
+    options.serveNewerCategories();
+    std::vector<std::string> identifiers(VantroPrivacyAllIdentifiers.begin(), VantroPrivacyAllIdentifiers.end());
+    if (options.newer) identifiers.insert(identifiers.end(), VantroPrivacyNewerIdentifiers.begin(), VantroPrivacyNewerIdentifiers.end());
+    const auto categories = reportCategories(mac, identifiers);
 
-    if (json) {
-        out << "[\n";
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            out << "  {\"identifier\": " << jsonString(rows[i].identifier) << ", \"status\": " << rows[i].status
-                << ", \"requestType\": " << rows[i].type << "}" << (i + 1 < rows.size() ? "," : "") << "\n";
-        }
-        out << "]\n";
+    if (options.json) {
+        io.out << "{\n";
+        writeJsonContext(io.out, "status", mac, options.newer);
+        writeJsonCategories(io.out, "categories", categories);
+        io.out << "\n}\n";
         return ExitOK;
     }
-    out << mac.release().title() << ", AppKit "
-        << std::fixed << std::setprecision(2) << mac.configuration().appKitVersionNumber()
-        << (configuration.sandboxed ? ", sandboxed host" : "") << "\n\n";
-    out << std::left << std::setw(28) << "IDENTIFIER" << std::setw(20) << "STATUS" << "REQUEST TYPE\n";
-    for (const auto& row : rows) {
+    io.out << mac.release().title() << ", AppKit " << std::fixed << std::setprecision(2)
+           << mac.configuration().appKitVersionNumber() << (options.configuration.sandboxed ? ", sandboxed host" : "") << "\n\n";
+    io.out << std::left << std::setw(28) << "IDENTIFIER" << std::setw(20) << "STATUS" << "REQUEST TYPE\n";
+    for (const auto& category : categories) {
         std::ostringstream status;
-        status << row.status << " " << statusName(row.status);
+        status << category.status << " " << statusName(category.status);
         std::ostringstream type;
-        type << row.type << " " << requestTypeName(row.type);
-        out << std::setw(28) << row.identifier << std::setw(20) << status.str() << type.str() << "\n";
+        type << category.requestType << " " << requestTypeName(category.requestType);
+        io.out << std::setw(28) << category.identifier << std::setw(20) << status.str() << type.str() << "\n";
     }
     return ExitOK;
 }

@@ -21,6 +21,9 @@ public:
     void runUntil(double time);
     // Writes a picture now if the screen changed since the last one.
     void captureIfChanged();
+    // Writes the index of the pictures, frames.json: each picture's file,
+    // its time and the last event before it, which it shows.
+    void finish();
     const std::vector<std::string>& frames() const { return frames_; }
 
 private:
@@ -31,6 +34,13 @@ private:
     sim::ScreenContents contents_;
     std::string lastSignature_;
     std::vector<std::string> frames_;
+    // Per picture, its time and the timeline entry it shows (none before
+    // the first event).
+    struct Shown {
+        double time;
+        std::optional<sim::TimelineEntry> event;
+    };
+    std::vector<Shown> shown_;
 };
 
 }  // namespace vantro::tool

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "Simulator/SimWorkspace.h"
 #include "Simulator/SimulatedMac.h"
 
 namespace vantro::sim {
@@ -13,6 +14,27 @@ std::string describe(Point p) {
     char text[64];
     std::snprintf(text, sizeof text, "(%g, %g)", p.x, p.y);
     return text;
+}
+
+// A file URL on the simulated disk as the user names the file: its path on
+// the Mac ("/Applications/Vantro Demo.app"), not where the disk happens to
+// be; any other URL as it is.
+std::string describe(const std::string& url, const std::string& root) {
+    std::string disk = SimWorkspace::directoryURL(root);
+    disk.pop_back();
+    if (!url.starts_with(disk) || url.size() == disk.size() || url[disk.size()] != '/') return url;
+    std::string path;
+    for (std::size_t i = disk.size(); i < url.size(); ++i) {
+        unsigned code = 0;
+        if (url[i] == '%' && i + 2 < url.size() && std::sscanf(url.c_str() + i + 1, "%2x", &code) == 1) {
+            path += static_cast<char>(code);
+            i += 2;
+        } else {
+            path += url[i];
+        }
+    }
+    if (path.size() > 1 && path.ends_with('/')) path.pop_back();
+    return path;
 }
 
 }  // namespace
@@ -48,7 +70,7 @@ std::shared_ptr<DraggingSession> SimDragging::beginDraggingSession(const std::ve
     }
     session_ = std::make_shared<SimDraggingSession>(items, event, std::move(source), eventWindowOrigin_, eventViewOrigin_);
     ++begun_;
-    std::string what = items.empty() ? std::string("nothing") : items.front().pasteboardWriterURL;
+    std::string what = items.empty() ? std::string("nothing") : describe(items.front().pasteboardWriterURL, mac_.rootDirectory());
     mac_.record("drag", "begins dragging " + what + " from " + describe(session_->startLocation()));
     return session_;
 }

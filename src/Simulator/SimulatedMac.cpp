@@ -74,16 +74,25 @@ void removeAbandonedRoots(const fs::path& base) {
     }
 }
 
-std::string makeTemporaryRoot() {
-    // A simulated Mac makes a few dozen folders: memory-backed storage keeps
-    // that cheap when the user has not chosen a temporary folder.
+// The folder the simulated Mac's disk goes in: TMPDIR when the user set
+// one, else memory-backed storage, which keeps the few dozen folders a Mac
+// makes cheap, else /tmp. A TMPDIR that cannot hold the disk is an error,
+// never a reason to fall back on a folder other processes share.
+fs::path temporaryBase() {
+    const char* chosen = std::getenv("TMPDIR");
+    if (chosen && *chosen) return chosen;
     std::error_code ec;
-    fs::path base = !std::getenv("TMPDIR") && fs::is_directory("/dev/shm", ec) && access("/dev/shm", W_OK) == 0
-                        ? fs::path("/dev/shm")
-                        : fs::temp_directory_path();
+    if (fs::is_directory("/dev/shm", ec) && access("/dev/shm", W_OK) == 0) return "/dev/shm";
+    return "/tmp";
+}
+
+std::string makeTemporaryRoot() {
+    const fs::path base = temporaryBase();
     removeAbandonedRoots(base);
     std::string pattern = (base / (std::string(rootPrefix) + std::to_string(getpid()) + "-XXXXXX")).string();
-    if (!mkdtemp(pattern.data())) return (fs::temp_directory_path() / "vantro-mac").string();
+    if (!mkdtemp(pattern.data()))
+        throw SetupFailure("cannot make the simulated Mac's disk in the temporary folder " + base.string() + ": " +
+                           std::generic_category().message(errno));
     return pattern;
 }
 
@@ -117,6 +126,14 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
     root_ = makeTemporaryRoot();
     home_ = root_ + "/Users/" + configuration_.userName;
     hostBundle_ = root_ + "/Applications/" + configuration_.hostName + ".app";
+    try {
+        buildDisk();
+    } catch (...) {
+        makeRemovable(root_);
+        std::error_code ec;
+        fs::remove_all(root_, ec);
+        throw;
+    }
 
     runLoop_ = std::make_unique<SimRunLoop>();
     system_ = std::make_unique<SimSystem>(*this);
@@ -133,7 +150,6 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
     fileSystem_ = std::make_unique<SimFileSystem>(*this, home_);
     services_ = std::make_unique<SimServices>(*this);
 
-    buildDisk();
     defaults_->setUserLanguages(configuration_.languages);
     workspace_->install({configuration_.hostBundleIdentifier, configuration_.hostName, SimWorkspace::directoryURL(hostBundle_), 0.5});
     workspace_->host_ = workspace_->start(configuration_.hostBundleIdentifier);
@@ -194,6 +210,7 @@ void SimulatedMac::makeHomeDirectory(std::string_view relativePath) {
 void SimulatedMac::buildDisk() {
     std::error_code ec;
     fs::create_directories(home_, ec);
+    if (ec) throw SetupFailure("cannot make the simulated Mac's disk in " + root_ + ": " + ec.message());
     writeHostBundle();
 }
 
@@ -222,6 +239,10 @@ void SimulatedMac::writeHostBundle() {
         fs::create_directories(folder, ec);
         std::ofstream table(folder / "Localizable.strings");
         for (int i = 0; i < 4; ++i) table << "\"" << keys[i] << "\" = \"" << translation.texts[i] << "\";\n";
+        table.close();
+        if (ec || !table)
+            throw SetupFailure("cannot write the host's bundle in " + root_ + ": " +
+                               (ec ? ec.message() : std::generic_category().message(errno ? errno : EIO)));
     }
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,13 @@ class PosixFileSystem;
 }
 
 namespace vantro::sim {
+
+// The simulated Mac could not be made: its disk, a folder under the
+// temporary folder, could not be created or written (missing, read-only or
+// full). The message names the folder and the cause.
+struct SetupFailure : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
 
 // What the simulated Mac is made of; every field has a plain default.
 struct MacConfiguration {
@@ -71,7 +79,8 @@ struct MacConfiguration {
 class SimulatedMac {
 public:
     // A release MacRelease does not know is a mistake of the caller: it
-    // throws std::invalid_argument, naming it.
+    // throws std::invalid_argument, naming it. A disk that cannot be made
+    // throws SetupFailure.
     explicit SimulatedMac(MacConfiguration configuration = {});
     SimulatedMac(const SimulatedMac&) = delete;
     SimulatedMac& operator=(const SimulatedMac&) = delete;

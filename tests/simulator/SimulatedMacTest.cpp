@@ -3,7 +3,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 
@@ -117,6 +119,38 @@ TEST(SimulatedMac, SystemVersionChecksCompareWholeVersions) {
     EXPECT_TRUE(mac.system().isOperatingSystemAtLeastVersion({10, 11, 0}));
     EXPECT_TRUE(mac.system().isOperatingSystemAtLeastVersion({10, 9, 9}));
     EXPECT_FALSE(mac.system().isOperatingSystemAtLeastVersion({10, 12, 0}));
+}
+
+TEST(SimulatedMac, ATemporaryFolderThatCannotHoldTheDiskIsAFailureNamingIt) {
+    namespace fs = std::filesystem;
+    const char* before = std::getenv("TMPDIR");
+    const std::string saved = before ? before : "";
+    const fs::path scratch = fs::temp_directory_path() / ("vantro-tmpdir-test-" + std::to_string(getpid()));
+    fs::create_directories(scratch);
+    std::ofstream(scratch / "file") << "";
+    const struct {
+        std::string folder;
+        std::string cause;
+    } cases[] = {
+        {(scratch / "missing").string(), "No such file or directory"},
+        {(scratch / "file" / "tmp").string(), "Not a directory"},
+    };
+    for (const auto& c : cases) {
+        setenv("TMPDIR", c.folder.c_str(), 1);
+        try {
+            SimulatedMac mac;
+            ADD_FAILURE() << "made a Mac in " << c.folder << " at " << mac.rootDirectory();
+        } catch (const SetupFailure& failure) {
+            const std::string message = failure.what();
+            EXPECT_NE(message.find(c.folder + ": " + c.cause), std::string::npos) << message;
+        }
+        EXPECT_EQ(HostProcess::currentOrNull(), nullptr) << "nothing is left installed";
+    }
+    if (before)
+        setenv("TMPDIR", saved.c_str(), 1);
+    else
+        unsetenv("TMPDIR");
+    fs::remove_all(scratch);
 }
 
 }  // namespace
