@@ -99,8 +99,10 @@ TEST_F(WatcherTest, EachReadingProbesFullDiskAccessOnceHoweverManyCategoriesDepe
     toBackground();
     auto before = mac.fileSystem().listingCount();
     backToHost();
-    mac.runFor(0.05);
-    backToHost();  // a second activation within 0.1 s makes no second reading
+    mac.runFor(0.03);
+    mac.workspace().activate(other);
+    mac.runFor(0.03);
+    backToHost();  // a second return within 0.1 s of the first makes no second reading
     mac.runFor(2.0);
     EXPECT_EQ(mac.fileSystem().listingCount() - before, probe);
     // While the host stays active nothing is read at all.

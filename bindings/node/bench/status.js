@@ -12,11 +12,17 @@ const mac = vantro.simulate({ macos: '10.15' });
 const identifier = 'Privacy_Calendars';
 const rounds = 200000;
 for (let i = 0; i < 10000; i++) vantro.status(identifier);
+// Wall time and processor time, as Google Benchmark reports them for the C call.
 let best = Infinity;
+let bestCpu = Infinity;
 for (let run = 0; run < 5; run++) {
   const start = process.hrtime.bigint();
+  const cpu = process.cpuUsage();
   for (let i = 0; i < rounds; i++) vantro.status(identifier);
+  const used = process.cpuUsage(cpu);
   best = Math.min(best, Number(process.hrtime.bigint() - start) / rounds);
+  bestCpu = Math.min(bestCpu, ((used.user + used.system) * 1000) / rounds);
 }
-console.log(`vantro.status('${identifier}'): ${best.toFixed(0)} ns a call (best of 5 × ${rounds})`);
+console.log(`vantro.status('${identifier}'): ${best.toFixed(0)} ns a call, ${bestCpu.toFixed(0)} ns of processor ` +
+            `(best of 5 × ${rounds})`);
 mac.destroy();
