@@ -88,7 +88,7 @@ function simulate({ macos = '15', grant = [], deny = [], language = 'en' } = {})
   const mac = native.simulate(String(macos), language, resources);
   const sim = {
     // Lets virtual time pass: the guide moves, the user's scripted answers come.
-    runFor: (seconds) => native.simRunFor(mac, seconds),
+    runFor: (seconds) => native.simAct(mac, 4, seconds),
     get now() {
       return native.simNow(mac);
     },

@@ -180,13 +180,17 @@ static napi_value stop_guide(napi_env env, napi_callback_info info) {
     return NULL;
 }
 
-static napi_value overlay_shown(napi_env env, napi_callback_info info) {
+/* An answer of 1 or 0 as true or false. */
+static napi_value boolean_answer(napi_env env, int value) {
     napi_value result;
-    int shown = vantro_is_overlay_shown();
-    (void)info;
-    if (shown < 0) return answer(env, shown);
-    CHECK(napi_get_boolean(env, shown == 1, &result));
+    if (value < 0) return answer(env, value);
+    CHECK(napi_get_boolean(env, value == 1, &result));
     return result;
+}
+
+static napi_value overlay_shown(napi_env env, napi_callback_info info) {
+    (void)info;
+    return boolean_answer(env, vantro_is_overlay_shown());
 }
 
 static napi_value set_newer_categories(napi_env env, napi_callback_info info) {
@@ -198,12 +202,8 @@ static napi_value set_newer_categories(napi_env env, napi_callback_info info) {
 }
 
 static napi_value newer_categories(napi_env env, napi_callback_info info) {
-    napi_value result;
-    int on = vantro_newer_categories();
     (void)info;
-    if (on < 0) return answer(env, on);
-    CHECK(napi_get_boolean(env, on == 1, &result));
-    return result;
+    return boolean_answer(env, vantro_newer_categories());
 }
 
 /* watch(identifiers): the whole list at once. */
@@ -380,19 +380,6 @@ static napi_value sim_destroy(napi_env env, napi_callback_info info) {
     return NULL;
 }
 
-static napi_value sim_run_for(napi_env env, napi_callback_info info) {
-    struct simulated *simulated;
-    double seconds = 0;
-    int result;
-    ARGUMENTS(2);
-    simulated = simulated_argument(env, argv, argc);
-    if (!simulated) return NULL;
-    if (argc < 2 || napi_get_value_double(env, argv[1], &seconds) != napi_ok) seconds = -1;
-    result = vantro_sim_run_for(simulated->mac, seconds);
-    if (result < 0) return answer(env, result);
-    return NULL;
-}
-
 static napi_value sim_now(napi_env env, napi_callback_info info) {
     struct simulated *simulated;
     napi_value result;
@@ -419,10 +406,12 @@ static napi_value sim_set_status(napi_env env, napi_callback_info info) {
     return NULL;
 }
 
-/* The user's actions that take the Mac and one flag. */
+/* What happens on the Mac: the user's actions, which take one flag, and
+   time passing (action 4), which takes the seconds. */
 static napi_value sim_act(napi_env env, napi_callback_info info) {
     struct simulated *simulated;
     int32_t action = 0;
+    double seconds = -1;
     int result;
     ARGUMENTS(3);
     simulated = simulated_argument(env, argv, argc);
@@ -433,6 +422,10 @@ static napi_value sim_act(napi_env env, napi_callback_info info) {
     case 1: result = vantro_sim_leave_host(simulated->mac); break;
     case 2: result = vantro_sim_return_to_host(simulated->mac); break;
     case 3: result = vantro_sim_drag_icon_into_list(simulated->mac); break;
+    case 4:
+        if (argc < 3 || napi_get_value_double(env, argv[2], &seconds) != napi_ok) seconds = -1;
+        result = vantro_sim_run_for(simulated->mac, seconds);
+        break;
     default: result = VANTRO_ERROR_OUT_OF_RANGE; break;
     }
     if (result < 0) return answer(env, result);
@@ -461,7 +454,6 @@ static napi_value init(napi_env env, napi_value exports) {
 #ifdef VANTRO_NODE_SIMULATED
         {"simulate", simulate},
         {"simDestroy", sim_destroy},
-        {"simRunFor", sim_run_for},
         {"simNow", sim_now},
         {"simSetStatus", sim_set_status},
         {"simAct", sim_act},
