@@ -19,15 +19,28 @@ function run(program, args) {
   execFileSync(program, args, { stdio: 'inherit' });
 }
 
+// Ninja where it is installed, the platform's make otherwise.
+function hasNinja() {
+  try {
+    execFileSync('ninja', ['--version'], { stdio: 'ignore' });
+    return true;
+  } catch {
+    return false;
+  }
+}
+const generator = hasNinja() ? ['-G', 'Ninja'] : [];
+
 let library = process.env.VANTRO_LIBRARY_DIR;
 const macFlags = process.platform === 'darwin' ? ['-DCMAKE_OSX_ARCHITECTURES=arm64;x86_64'] : [];
 if (!library) {
   library = path.join(here, 'build', 'vantro');
-  run('cmake', ['-S', source, '-B', library, '-DCMAKE_BUILD_TYPE=Release', '-DVANTRO_BUILD_TESTS=OFF',
+  run('cmake', ['-S', source, '-B', library, ...generator, '-DCMAKE_BUILD_TYPE=Release', '-DVANTRO_BUILD_TESTS=OFF',
                 '-DVANTRO_BUILD_BENCH=OFF', ...macFlags]);
   run('cmake', ['--build', library, '--target', process.platform === 'darwin' ? 'Vantro' : 'vantro_c', '--parallel', jobs]);
 }
+// The add-on is one file: it is configured afresh each time.
 const addon = path.join(here, 'build', 'addon');
-run('cmake', ['-S', here, '-B', addon, '-DCMAKE_BUILD_TYPE=Release', `-DVANTRO_SOURCE_DIR=${source}`,
+fs.rmSync(addon, { recursive: true, force: true });
+run('cmake', ['-S', here, '-B', addon, ...generator, '-DCMAKE_BUILD_TYPE=Release', `-DVANTRO_SOURCE_DIR=${source}`,
               `-DVANTRO_LIBRARY_DIR=${path.resolve(library)}`, `-DNODE_API_HEADERS=${headers}`, ...macFlags]);
 run('cmake', ['--build', addon, '--parallel', jobs]);
