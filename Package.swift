@@ -33,7 +33,7 @@ let package = Package(
         .target(
             name: "VantroCore",
             path: "src",
-            exclude: ["Simulator", "macOS", "Platform/PosixFileSystem.cpp"],
+            exclude: ["Simulator", "macOS", "CInterface", "Platform/PosixFileSystem.cpp"],
             sources: ["Vocabulary", "StatusCenter", "Guide", "Overlay", "PermissionList", "Platform"],
             publicHeadersPath: ".",
             cxxSettings: variantDefinitions

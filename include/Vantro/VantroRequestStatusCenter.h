@@ -116,4 +116,29 @@ NS_SWIFT_UI_ACTOR
 
 @end
 
+/// Posted on the main thread, with the shared status center as its object,
+/// for each change of a watched category's status (see
+/// watchedPrivacyCategoryIdentifiers). Its userInfo holds the category's
+/// identifier and its old and new PrivacyAuthorizationStatus as NSNumbers.
+FOUNDATION_EXPORT NSNotificationName const VantroPrivacyStatusDidChangeNotification
+    NS_SWIFT_NAME(VantroRequestStatusCenter.privacyStatusDidChangeNotification);
+/// The userInfo key of the changed category's identifier.
+FOUNDATION_EXPORT NSString *const VantroPrivacyStatusIdentifierKey NS_SWIFT_NAME(VantroRequestStatusCenter.identifierKey);
+/// The userInfo key of the status before the change.
+FOUNDATION_EXPORT NSString *const VantroPrivacyStatusOldStatusKey NS_SWIFT_NAME(VantroRequestStatusCenter.oldStatusKey);
+/// The userInfo key of the status now.
+FOUNDATION_EXPORT NSString *const VantroPrivacyStatusNewStatusKey NS_SWIFT_NAME(VantroRequestStatusCenter.newStatusKey);
+
+@interface VantroRequestStatusCenter (StatusChanges)
+
+/// The categories whose status changes are posted as
+/// VantroPrivacyStatusDidChangeNotification, one list per process, empty at
+/// first. Their statuses are read again when the host becomes active, when a
+/// guide session ends and each second while one runs; nothing is read while
+/// the list is empty, and nothing that is read makes the system ask the user.
+/// Main thread.
+@property (nonatomic, copy) NSArray<PrivacyCategoryIdentifier> *watchedPrivacyCategoryIdentifiers;
+
+@end
+
 NS_ASSUME_NONNULL_END

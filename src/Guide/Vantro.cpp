@@ -63,6 +63,8 @@ void Vantro::askAccessForPanelIdentifier(std::optional<std::string_view> identif
     // stop removes both.
     HostProcess::current().platform().workspace().addActivationObserver(
         this, [this](RunningApplicationPtr activated) { applicationChanged(std::move(activated)); });
+    sessionRunning_ = true;
+    didChangeValueForKey("isSessionRunning");
     activatePanel();
 }
 
@@ -146,6 +148,10 @@ void Vantro::stop() {
     removeMonitor();
     HostProcess::current().platform().workspace().removeActivationObserver(this);
     orderOutOverlay();
+    if (sessionRunning_) {
+        sessionRunning_ = false;
+        didChangeValueForKey("isSessionRunning");
+    }
 }
 
 void Vantro::orderOutOverlay() {

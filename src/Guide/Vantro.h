@@ -76,6 +76,10 @@ public:
 
     // Whether the overlay window exists and is visible.
     bool isOverlayShown() const;
+    // Whether a session runs: from a start until the stop that follows it.
+    // Observable as "isSessionRunning", announced at every start and at the
+    // stop that ends a session (a stop with no session is not announced).
+    bool isSessionRunning() const { return sessionRunning_; }
 
     // The activation rules, for an activated application or, when nullptr,
     // the front application.
@@ -146,6 +150,7 @@ private:
     bool didSeeOtherApplication_ = false;
     bool didSeeSystemPreferences_ = false;
     bool didSeePrivacyPanel_ = false;
+    bool sessionRunning_ = false;
     std::weak_ptr<VantroDelegate> delegate_;
     RunningApplicationPtr hostApplication_;
     std::shared_ptr<EventMonitor> monitor_;

@@ -1,13 +1,10 @@
 #include "PermissionList/VantroViewController.h"
 
-#include <iterator>
-#include <set>
-
 #include "Guide/Vantro.h"
 #include "PermissionList/VantroRequestButtonTableCellView.h"
 #include "Platform/HostProcess.h"
+#include "StatusCenter/PrivacyCategoryCatalog.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
-#include "Vocabulary/NewerPrivacyCategories.h"
 
 namespace vantro {
 
@@ -15,47 +12,8 @@ namespace {
 
 constexpr std::string_view IsOverlayShownKeyPath = "isOverlayShown";
 constexpr std::string_view PrivacyCategoriesKey = "privacyCategories";
-constexpr std::string_view PrivacyCategoryLabelsTable = "PrivacyCategoryLabels";
 constexpr double CoalescingDelay = 0.1;
 constexpr double WatcherInterval = 1.0;
-
-// The categories the running system has, kept once per process from the
-// first rebuild of any list. Made on a nil test without a once-only guard:
-// everything here runs on the main thread.
-struct PermissionListProcessState {
-    std::optional<std::set<std::string, std::less<>>> supportedPrivacyCategories;
-};
-
-const std::set<std::string, std::less<>>& supportedPrivacyCategories() {
-    auto& state = HostProcess::current().value<PermissionListProcessState>();
-    if (!state.supportedPrivacyCategories) {
-        // Strictly greater than 1671: folder protection exists (10.15 on).
-        // Strictly greater than 1561: Full Disk Access and Photos protection
-        // exist (10.14 on). 1561.x and 1671.x themselves fall below.
-        // The first ten exist from 10.14 on, all fifteen from 10.15 on.
-        constexpr PrivacyCategoryIdentifier listable[] = {
-            VantroPrivacyFullDiskAccess,   VantroPrivacyAutomation,      VantroPrivacyAccessibility,
-            VantroPrivacyAssistive,        VantroPrivacyLocationServices, VantroPrivacyContacts,
-            VantroPrivacyDiagnostics,      VantroPrivacyCalendars,       VantroPrivacyReminders,
-            VantroPrivacyPhotos,           VantroPrivacyDesktopFolder,   VantroPrivacyDocumentsFolder,
-            VantroPrivacyDownloadsFolder,  VantroPrivacyNetworkVolume,   VantroPrivacyRemovableVolume};
-        constexpr PrivacyCategoryIdentifier beforeMojave[] = {VantroPrivacyContacts, VantroPrivacyCalendars,
-                                                              VantroPrivacyReminders};
-        const double version = flooredAppKitVersion();
-        std::set<std::string, std::less<>> members;
-        if (version > 1561) {
-            std::size_t count = version > 1671 ? std::size(listable) : 10;
-            members.insert(std::begin(listable), std::begin(listable) + count);
-        } else {
-            members.insert(std::begin(beforeMojave), std::end(beforeMojave));
-        }
-        // A sandboxed host can never be given Full Disk Access by dragging it
-        // into the list, so the list does not offer it.
-        if (VantroRequestStatusCenter::isApplicationSandboxed()) members.erase(std::string(VantroPrivacyFullDiskAccess));
-        state.supportedPrivacyCategories = std::move(members);
-    }
-    return *state.supportedPrivacyCategories;
-}
 
 std::optional<std::string> stringForKey(const PrivacyCategoryRecord& row, std::string_view key) {
     if (const Value* value = row.valueForKey(key)) return value->string();
@@ -136,18 +94,16 @@ void VantroViewController::scheduleUpdatePrivacyCategories() {
 }
 
 void VantroViewController::updatePrivacyCategories() {
-    const auto& supported = supportedPrivacyCategories();
-    auto bundle = HostProcess::current().platform().bundles().frameworkBundle();
+    // The running system's set is fixed by the first rebuild of any list,
+    // whatever that rebuild lists.
+    supportedPrivacyCategories();
     std::vector<PrivacyCategoryRecordPtr> rows;
     // Duplicates are kept: an identifier requested twice is listed twice.
     for (const auto& identifier : requestedIdentifiers_) {
-        // The newer categories join the list only once the host has turned
-        // them on, and only where the running system has them.
-        const bool newer = newerPrivacyCategoriesServed() && systemHasNewerPrivacyCategory(identifier);
-        if (!supported.contains(identifier) && !newer) continue;
+        if (!isListablePrivacyCategory(identifier)) continue;
         Value::Dictionary contents;
         contents.emplace(PrivacyCategoryIdentifierKey, identifier);
-        contents.emplace(PrivacyCategoryLabelKey, bundle->localizedString(identifier, identifier, PrivacyCategoryLabelsTable));
+        contents.emplace(PrivacyCategoryLabelKey, privacyCategoryLabel(identifier));
         if (reasonStrings_) {
             if (auto reason = reasonStrings_->find(identifier); reason != reasonStrings_->end())
                 contents.emplace(PrivacyCategoryReasonKey, reason->second);

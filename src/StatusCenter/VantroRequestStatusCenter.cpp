@@ -111,6 +111,12 @@ PrivacyAuthorizationStatus VantroRequestStatusCenter::privacyAuthorizationStatus
     return PrivacyAuthorizationStatusNotDetermined;
 }
 
+bool VantroRequestStatusCenter::servesPrivacyAuthorizationStatusForIdentifier(std::string_view identifier) {
+    auto& state = processState();
+    if (!state.statusOperations) state.statusOperations = makeStatusMap();
+    return lookUp(*state.statusOperations, identifier) != nullptr;
+}
+
 void VantroRequestStatusCenter::requestPrivacyAuthorizationForIdentifier(std::optional<std::string_view> identifier,
                                                                          bool silent) {
     auto& state = processState();

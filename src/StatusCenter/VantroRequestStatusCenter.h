@@ -65,6 +65,9 @@ public:
     // (nullopt included) writes "Privacy category identifier not supported: %@"
     // to the system log and answers 0.
     PrivacyAuthorizationStatus privacyAuthorizationStatusForIdentifier(std::optional<std::string_view> identifier);
+    // Whether privacyAuthorizationStatusForIdentifier serves the identifier
+    // (a newer category only while they are on); asks nothing, logs nothing.
+    static bool servesPrivacyAuthorizationStatusForIdentifier(std::string_view identifier);
     // How a category is obtained, from the framework's "RequestTypes" resource:
     // 1 or 2 as listed, 0 for anything else.
     PrivacyAuthorizationRequestType authorizationRequestTypeForIdentifier(std::optional<std::string_view> identifier);

@@ -143,3 +143,22 @@ TEST(PublicInterface, AutomationOfAMissingApplication) {
 }
 
 }  // namespace
+
+namespace {
+
+// The watch list is the process's one list, whichever instance sets it, and
+// its notification's names are the documented ones.
+TEST(PublicInterface, TheWatchListIsOnePerProcessWithoutDuplicates) {
+    VantroRequestStatusCenter* shared = VantroRequestStatusCenter.sharedRequestStatusCenter;
+    VantroRequestStatusCenter* other = [[VantroRequestStatusCenter alloc] init];
+    other.watchedPrivacyCategoryIdentifiers = @[ VantroPrivacyCalendars, VantroPrivacyContacts, VantroPrivacyCalendars ];
+    EXPECT_TRUE([shared.watchedPrivacyCategoryIdentifiers isEqualToArray:(@[ VantroPrivacyCalendars, VantroPrivacyContacts ])]);
+    shared.watchedPrivacyCategoryIdentifiers = @[];
+    EXPECT_EQ(other.watchedPrivacyCategoryIdentifiers.count, 0u);
+    EXPECT_EQ(text(VantroPrivacyStatusDidChangeNotification), "VantroPrivacyStatusDidChangeNotification");
+    EXPECT_EQ(text(VantroPrivacyStatusIdentifierKey), "identifier");
+    EXPECT_EQ(text(VantroPrivacyStatusOldStatusKey), "oldStatus");
+    EXPECT_EQ(text(VantroPrivacyStatusNewStatusKey), "newStatus");
+}
+
+}  // namespace
