@@ -36,14 +36,21 @@ TEST(SystemSettingsGuide, PaneURLFollowsTheRelease) {
     }
 }
 
+// System Settings has no lock: no unlock request is sent to it, neither by a
+// session's first sight nor asked for directly, even though its scripting
+// answers with the Security pane's old identifier as the current pane.
 TEST(SystemSettingsGuide, NoUnlockIsAskedOfSystemSettings) {
-    for (double appKit : {2298.99, 2299.0}) {
-        sim::SimulatedMac mac(test::atAppKit(appKit, "12"));
+    struct Case { const char* release; int authorizeEvents; } cases[] = {{"12", 2}, {"13", 0}, {"15", 0}, {"27", 0}};
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release});
         mac.privacy().setAutomationConsent(SystemPreferencesBundleIdentifier, sim::Consent::Authorized);
-        Vantro::openPrivacyPreferencesWithAnchor(VantroPrivacyFullDiskAccess);
-        mac.runFor(1.0);
+        mac.systemPreferences().setUnlockAnswerDelay(-1);
+        Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+        mac.runFor(2.0);
+        EXPECT_EQ(mac.systemPreferences().currentPane(), "com.apple.preference.security") << c.release;
         Vantro::authorizeIfPossible();
-        EXPECT_EQ(mac.systemPreferences().authorizeEvents(), appKit < 2299 ? 1 : 0) << appKit;
+        EXPECT_EQ(mac.systemPreferences().authorizeEvents(), c.authorizeEvents) << c.release;
+        Vantro::sharedKit()->stop();
     }
 }
 
