@@ -139,6 +139,11 @@ private:
     void orderOutOverlay();
     std::optional<std::string> securityPaneTitle();
     std::string resolvePrompt(std::optional<std::string_view> identifier);
+    // The "Prompts" table, read once it exists; nullptr while it cannot be read.
+    static const Value* promptTable();
+    // The text of a prompt name in the user's language, with the host's name
+    // in place of each "%@"; empty for a name the table lacks.
+    static std::string promptText(const std::string& promptName);
 
     bool stopOnQuitOfSystemPreferences_ = true;
     bool stopOnDeactivateOfSystemPreferences_ = false;

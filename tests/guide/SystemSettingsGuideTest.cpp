@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "Guide/Vantro.h"
 #include "Overlay/VantroWindowController.h"
 #include "Simulator/SimulatedMac.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
 #include "support/TemporaryResources.h"
 
 namespace vantro {
@@ -89,6 +92,46 @@ TEST(SystemSettingsGuide, PromptsSayWhatSystemSettingsShows) {
         guide->askAccessForPanelIdentifier(std::string_view(c.identifier));
         EXPECT_EQ(guide->message().value_or("(none)"), c.message) << c.appKit << " " << c.identifier;
         guide->stop();
+    }
+}
+
+// Every prompt the guide shows over System Settings fits what the user sees
+// there, in every language: no lock, no box to tick, a switch to turn on, the
+// "+" where the list takes applications, and on 27 the name the Accessibility
+// list has there.
+TEST(SystemSettingsGuide, EveryPromptFitsSystemSettings) {
+    struct Words { const char* language; std::vector<std::string> foreign; std::string turnOn; } languages[] = {
+        {"en", {"lock", "tick", "box"}, "turn on"},
+        {"de", {"Schloss", "kreuze"}, "chalte"},
+        {"fr", {"cadenas", "coch", "case"}, "ctivez"},
+        {"ja", {"カギ", "鍵", "チェック"}, "オン"},
+    };
+    const std::set<std::string> takesApplications = {"Privacy_AllFiles", "Privacy_Accessibility", "Privacy_Assistive",
+                                                     "Privacy_ScreenCapture", "Privacy_ListenEvent", "Privacy_Nothing"};
+    std::vector<std::string> identifiers(VantroPrivacyAllIdentifiers.begin(), VantroPrivacyAllIdentifiers.end());
+    identifiers.insert(identifiers.end(), VantroPrivacyNewerIdentifiers.begin(), VantroPrivacyNewerIdentifiers.end());
+    identifiers.push_back("Privacy_Nothing");
+    for (const char* release : {"13", "15", "27"}) {
+        for (const auto& words : languages) {
+            sim::SimulatedMac mac(sim::MacConfiguration{.release = release, .languages = {words.language}});
+            setNewerPrivacyCategoriesServed(true);
+            const std::string deviceControl =
+                *sim::SimSystemPreferences::settingsSubPaneTitle(words.language, "Privacy_Accessibility", 27);
+            for (const auto& identifier : identifiers) {
+                auto guide = Vantro::sharedKit();
+                guide->askAccessForPanelIdentifier(std::string_view(identifier));
+                const std::string message = guide->message().value_or("");
+                guide->stop();
+                const std::string name = std::string(release) + " " + words.language + " " + identifier + ": " + message;
+                ASSERT_FALSE(message.empty()) << name;
+                for (const auto& word : words.foreign) EXPECT_EQ(message.find(word), std::string::npos) << name;
+                EXPECT_NE(message.find(words.turnOn), std::string::npos) << name;
+                EXPECT_EQ(message.find('+') != std::string::npos, takesApplications.count(identifier) > 0) << name;
+                const bool accessibility = identifier == "Privacy_Accessibility" || identifier == "Privacy_Assistive";
+                EXPECT_EQ(message.find(deviceControl) != std::string::npos, accessibility && std::string(release) == "27") << name;
+            }
+            setNewerPrivacyCategoriesServed(false);
+        }
     }
 }
 
