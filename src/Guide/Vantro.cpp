@@ -123,6 +123,16 @@ std::string Vantro::promptText(const std::string& promptName) {
     return text;
 }
 
+bool Vantro::takesEffectOnlyAfterRelaunch(std::string_view identifier) {
+    // Reported by several projects on 13 to 26: the running process keeps
+    // its old Screen Recording answer until it relaunches.
+    return identifier == "Privacy_ScreenCapture";
+}
+
+bool Vantro::needsRelaunchForPanelIdentifier(std::string_view identifier) const { return needsRelaunch_.count(identifier) > 0; }
+
+void Vantro::relaunchHost() { HostProcess::current().platform().workspace().relaunchCurrentApplication(); }
+
 std::optional<std::string> Vantro::securityPaneTitle() {
     auto& platform = HostProcess::current().platform();
     auto pane = platform.bundles().bundleWithPath(SecurityPanePath);

@@ -111,6 +111,12 @@ void SimPrivacy::setConsent(PromptedService service, Consent consent) {
     mac_.record("privacy", std::string(serviceName(service)) + ": " + std::string(consentName(consent)));
 }
 
+void SimPrivacy::grantScreenRecordingFromSettings() {
+    const bool before = consent(PromptedService::ScreenRecording) == Consent::Authorized;
+    setConsent(PromptedService::ScreenRecording, Consent::Authorized);
+    screenRecordingAwaitsRelaunch_ = !before;
+}
+
 void SimPrivacy::setFullDiskAccess(bool granted) {
     fullDiskAccess_ = granted;
     mac_.record("privacy", std::string("Full Disk Access: ") + (granted ? "granted" : "not granted"));

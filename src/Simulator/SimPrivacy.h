@@ -62,6 +62,12 @@ public:
     void setFullDiskAccess(bool granted);
     Consent folderConsent(ProtectedFolder folder) const;
     void setFolderConsent(ProtectedFolder folder, Consent consent);
+    // Screen Recording switched on in System Settings while the host runs
+    // reaches the host only once it relaunches: until then the running
+    // process keeps its old answer.
+    void grantScreenRecordingFromSettings();
+    bool screenRecordingAwaitsRelaunch() const { return screenRecordingAwaitsRelaunch_; }
+    void hostRelaunched() { screenRecordingAwaitsRelaunch_ = false; }
     bool isAccessibilityTrusted() const { return accessibilityTrusted_; }
     void setAccessibilityTrusted(bool trusted);
 
@@ -148,6 +154,7 @@ private:
     bool fullDiskAccess_ = false;
     bool accessibilityTrusted_ = false;
     bool refusedListingsLookEmpty_ = false;
+    bool screenRecordingAwaitsRelaunch_ = false;
     std::deque<PromptAnswer> answers_;
     std::vector<Prompt> prompts_;
 };

@@ -8,6 +8,7 @@
 #include "Simulator/SimCanvas.h"
 #include "Simulator/SimOverlay.h"
 #include "Simulator/SimPermissionList.h"
+#include "Simulator/SimReopenSheet.h"
 #include "Simulator/SimulatedMac.h"
 
 namespace vantro::sim {
@@ -316,7 +317,7 @@ bool renderScreen(SimulatedMac& mac, const ScreenContents& contents, const std::
         else if (it->number == SimWindows::preferencesWindowNumber && mac.systemPreferences().isSystemSettings())
             drawSystemSettings(mac, cr, active);
         else if (it->number == SimWindows::preferencesWindowNumber) drawSystemPreferences(mac, cr, active);
-        else drawWindow(cr, it->bounds, it->title.value_or(std::string()), active);
+        else if (!drawReopenSheet(mac, cr, it->bounds)) drawWindow(cr, it->bounds, it->title.value_or(std::string()), active);
     }
     if (contents.overlay) {
         if (auto* window = simOverlayWindow(*contents.overlay); window && window->isVisible()) {
