@@ -179,10 +179,11 @@ public:
         // the application is then asked to terminate.
         NSString* pid = [NSString stringWithFormat:@"%d", NSProcessInfo.processInfo.processIdentifier];
         NSTask* task = [[NSTask alloc] init];
-        task.launchPath = @"/bin/sh";
+        task.executableURL = [NSURL fileURLWithPath:@"/bin/sh"];
         task.arguments = @[ @"-c", @"while kill -0 \"$1\" 2>/dev/null; do sleep 0.2; done; /usr/bin/open \"$2\"", @"sh", pid,
                             NSBundle.mainBundle.bundlePath ];
-        [task launch];
+        // Without the helper nothing would open the host again: it stays.
+        if (![task launchAndReturnError:nullptr]) return;
         [NSApp terminate:nil];
     }
 

@@ -198,3 +198,42 @@ TEST(SystemSettingsGuide, TheTitleCheckIsOffOnSystemSettings) {
 
 }  // namespace
 }  // namespace vantro
+
+namespace vantro {
+namespace {
+
+// What the guide takes for System Settings' alert sheet: a window of the
+// settings application in front of the settings window, centred on it,
+// hanging from its top, and less than half its width and height.
+TEST(SystemSettingsGuide, WhatCountsAsTheReopenSheet) {
+    struct Case { const char* name; double dx, dy, width, height; bool sheet; } cases[] = {
+        {"centred under the toolbar", 0, 52, 260, 170, true},
+        {"right under the top", 0, 0, 260, 170, true},
+        {"as low as a sheet begins", 0, 80, 260, 170, true},
+        {"lower", 0, 81, 260, 170, false},
+        {"above the window", 0, -1, 260, 170, false},
+        {"2 points off centre", 2, 52, 260, 170, true},
+        {"3 points off centre", 3, 52, 260, 170, false},
+        {"half the window wide", 0, 52, 357.5, 170, false},
+        {"half the window high", 0, 52, 260, 310, false},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = "15"});
+        auto guide = Vantro::sharedKit();
+        guide->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+        mac.runFor(2.0);
+        ASSERT_TRUE(guide->isOverlayShown()) << c.name;
+        auto& settings = mac.systemPreferences();
+        const Rect window = settings.windowFrame();  // 715 × 620
+        settings.addExtraWindow({{{window.origin.x + (window.size.width - c.width) / 2 + c.dx, window.origin.y + c.dy}, {c.width, c.height}},
+                                 std::nullopt});
+        mac.windows().bringWindowForward(sim::SimWindows::preferencesWindowNumber + 1);
+        guide->updateOverlay();
+        EXPECT_EQ(guide->isReopenSheetShown(), c.sheet) << c.name;
+        EXPECT_EQ(guide->windowController()->window()->frame().size.width, window.size.width) << c.name << ": the overlay stays on the window";
+        guide->stop();
+    }
+}
+
+}  // namespace
+}  // namespace vantro
