@@ -58,7 +58,7 @@ std::string Story::signature() {
     auto& preferences = mac_.systemPreferences();
     s << '|' << preferences.isRunning() << preferences.currentPane() << preferences.anchor() << preferences.isLocked()
       << preferences.grantedByDrop().size() << preferences.listsHost(preferences.anchor())
-      << preferences.hostSwitchedOn(preferences.anchor()) << preferences.asksForPassword() << preferences.windowFrame().origin.x << ',' << preferences.windowFrame().origin.y;
+      << preferences.hostSwitchedOn(preferences.anchor()) << preferences.asksForPassword() << preferences.showsReopenSheet() << preferences.windowFrame().origin.x << ',' << preferences.windowFrame().origin.y;
     if (auto* overlay = contents_.overlayController(); overlay && overlay->window()) {
         auto* w = overlay->window();
         s << "|overlay " << w->isVisible() << ' ' << w->frame().origin.x << ',' << w->frame().origin.y;

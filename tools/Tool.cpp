@@ -56,6 +56,10 @@ constexpr OptionHelp restrictedOption{"--restricted IDENTIFIER",
                                       "records that a policy restricts it (repeatable): Privacy_Calendars, "
                                       "Privacy_Reminders, Privacy_Contacts, Privacy_Photos, and the newer services"};
 constexpr OptionHelp reasonOption{"--reason IDENTIFIER=TEXT", "the host's reason for a category, shown in its row (repeatable)"};
+constexpr OptionHelp reopenOption{"--reopen later|now",
+                                  "what the user answers when the settings offer \"Quit & Reopen\" after the host is "
+                                  "let in (macOS 11 and later): later (the default) closes the sheet, now quits the "
+                                  "host and opens it again"};
 constexpr OptionHelp helpOption{"--help", "prints this text"};
 
 const std::vector<CommandHelp>& commands() {
@@ -66,7 +70,7 @@ const std::vector<CommandHelp>& commands() {
          "the list (on System Settings then turns the host's switch on and types the password) and comes back; the row "
          "reads \"Permission Granted\". Prints the list before and after and the timeline. Needs macOS 10.14 or later, "
          "where Full Disk Access exists, and a host without the App Sandbox.",
-         {macosOption, languageOption, newerOption, appStoreOption, framesOption, jsonOption, helpOption},
+         {macosOption, languageOption, newerOption, appStoreOption, reopenOption, framesOption, jsonOption, helpOption},
          "vantro-sim road --macos 15 --frames out",
          runRoad},
         {"status", "[OPTIONS]",

@@ -86,6 +86,17 @@ NS_SWIFT_NAME(VantroGuide) NS_SWIFT_UI_ACTOR
 /// Whether the overlay window exists and is on screen.
 @property (nonatomic, readonly) BOOL isOverlayShown;
 
+/// Whether System Settings shows its "Quit & Reopen" sheet over the settings
+/// window (after the host is switched on for Full Disk Access or Screen
+/// Recording); the overlay then says what to choose.
+@property (nonatomic, readonly) BOOL isReopenSheetShown;
+/// Whether the category was switched on in a way this process can use only
+/// after it relaunches (Screen Recording); offer relaunchHost then.
+- (BOOL)needsRelaunchForPanelIdentifier:(PrivacyCategoryIdentifier)panelIdentifier
+    NS_SWIFT_NAME(needsRelaunch(forPanelIdentifier:));
+/// Quits the host and opens it again, as the sheet's "Quit & Reopen" does.
+- (void)relaunchHost;
+
 /// Starts a session with the category's prompt, the host's name in it.
 - (void)askAccessForPanelIdentifier:(nullable PrivacyCategoryIdentifier)panelIdentifier
     NS_SWIFT_NAME(askAccess(forPanelIdentifier:));

@@ -68,49 +68,72 @@ void Vantro::askAccessForPanelIdentifier(std::optional<std::string_view> identif
     activatePanel();
 }
 
-std::string Vantro::resolvePrompt(std::optional<std::string_view> identifier) {
+const Value* Vantro::promptTable() {
     auto& platform = HostProcess::current().platform();
-    auto framework = platform.bundles().frameworkBundle();
     auto& state = guideProcessState();
     if (!state.promptTable) {
         // Kept only once read: a missing resource is looked for on every call.
-        if (auto path = framework->pathForResource("Prompts", "plist")) {
+        if (auto path = platform.bundles().frameworkBundle()->pathForResource("Prompts", "plist")) {
             auto table = platform.bundles().propertyListWithContentsOfFile(*path);
             if (table && table->dictionary()) {
                 auto keys = table->dictionary()->find("keys");
-                // From 10.14 on Accessibility is a switch to turn on rather
-                // than a list to drag into: its prompt says so, whatever the file says.
-                if (keys != table->dictionary()->end() && keys->second.dictionary() && flooredAppKitVersion() > 1561.0)
-                    keys->second.dictionary()->insert_or_assign(std::string(VantroPrivacyAccessibility), Value("CheckForAccess"));
+                if (keys != table->dictionary()->end() && keys->second.dictionary()) {
+                    auto& names = *keys->second.dictionary();
+                    // From 10.14 on Accessibility is a switch to turn on rather
+                    // than a list to drag into: its prompt says so, whatever the file says.
+                    if (flooredAppKitVersion() > 1561.0) names.insert_or_assign(std::string(VantroPrivacyAccessibility), Value("CheckForAccess"));
+                    // On 27 the list is titled "Device Control and Data Access"
+                    // (the service is still Accessibility): the prompt of both
+                    // of its identifiers names the list the user sees.
+                    if (flooredAppKitVersion() >= NSAppKitVersionNumber27_0)
+                        for (auto identifier : {VantroPrivacyAccessibility, VantroPrivacyAssistive})
+                            names.insert_or_assign(std::string(identifier), Value("DeviceControl"));
+                }
                 state.promptTable = std::move(*table);
             }
         }
     }
+    return state.promptTable ? &*state.promptTable : nullptr;
+}
 
+std::string Vantro::resolvePrompt(std::optional<std::string_view> identifier) {
+    const Value* table = promptTable();
+    const Value* keys = table ? table->find("keys") : nullptr;
+    // A newer category the host has not turned on gets the default prompt, as
+    // any identifier the table does not list.
+    const Value* promptName = keys && identifier && !isPrivacyCategoryWithheld(*identifier) ? keys->find(*identifier) : nullptr;
+    if (!promptName && keys) promptName = keys->find("Privacy_Default");
+    return promptText(promptName && promptName->isString() ? *promptName->stringPointer() : std::string());
+}
+
+std::string Vantro::promptText(const std::string& promptName) {
+    auto& platform = HostProcess::current().platform();
     std::optional<std::string> localizationKey;
-    if (state.promptTable) {
-        const Value* keys = state.promptTable->find("keys");
-        // A newer category the host has not turned on gets the default
-        // prompt, as any identifier the table does not list.
-        const Value* promptName =
-            keys && identifier && !isPrivacyCategoryWithheld(*identifier) ? keys->find(*identifier) : nullptr;
-        if (!promptName && keys) promptName = keys->find("Privacy_Default");
-        const Value* strings = state.promptTable->find("strings");
+    if (const Value* table = promptTable(); table && !promptName.empty()) {
+        const Value* strings = table->find("strings");
         // System Settings has no lock and switches instead of boxes: from
         // macOS 13 a prompt's text comes from "systemSettingsStrings" where
         // that table names one, and from "strings" otherwise.
-        const Value* systemSettingsStrings = runsSystemSettings() ? state.promptTable->find("systemSettingsStrings") : nullptr;
-        if (promptName && promptName->isString()) {
-            const Value* key = systemSettingsStrings ? systemSettingsStrings->find(*promptName->stringPointer()) : nullptr;
-            if (!key && strings) key = strings->find(*promptName->stringPointer());
-            if (key) localizationKey = key->string();
-        }
+        const Value* systemSettingsStrings = runsSystemSettings() ? table->find("systemSettingsStrings") : nullptr;
+        const Value* key = systemSettingsStrings ? systemSettingsStrings->find(promptName) : nullptr;
+        if (!key && strings) key = strings->find(promptName);
+        if (key) localizationKey = key->string();
     }
-    std::string text = localizationKey ? framework->localizedString(*localizationKey, "", std::nullopt) : std::string();
+    std::string text = localizationKey ? platform.bundles().frameworkBundle()->localizedString(*localizationKey, "", std::nullopt) : std::string();
     auto current = platform.workspace().currentApplication();
     replaceAll(text, "%@", current ? current->localizedName() : std::string());
     return text;
 }
+
+bool Vantro::takesEffectOnlyAfterRelaunch(std::string_view identifier) {
+    // Reported by several projects on 13 to 26: the running process keeps
+    // its old Screen Recording answer until it relaunches.
+    return identifier == "Privacy_ScreenCapture";
+}
+
+bool Vantro::needsRelaunchForPanelIdentifier(std::string_view identifier) const { return needsRelaunch_.count(identifier) > 0; }
+
+void Vantro::relaunchHost() { HostProcess::current().platform().workspace().relaunchCurrentApplication(); }
 
 std::optional<std::string> Vantro::securityPaneTitle() {
     auto& platform = HostProcess::current().platform();

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,6 +82,22 @@ public:
     // stop that ends a session (a stop with no session is not announced).
     bool isSessionRunning() const { return sessionRunning_; }
 
+    // System Settings' "Quit & Reopen" sheet: after the running host is
+    // switched on for Full Disk Access (from 11) or Screen Recording, the
+    // settings offer "Later" and "Quit & Reopen". While the sheet shows over
+    // the settings window, the overlay explains it. Screen Recording is seen
+    // by the process only once it relaunches: a session for it that met the
+    // sheet leaves the category needing a relaunch for the rest of this
+    // process; Full Disk Access applies at once and never does.
+    bool isReopenSheetShown() const { return reopenSheetShown_; }
+    bool needsRelaunchForPanelIdentifier(std::string_view identifier) const;
+    // Quits the host and opens it again, as the sheet's "Quit & Reopen" does.
+    // Offer it where needsRelaunchForPanelIdentifier says so.
+    void relaunchHost();
+    // Whether a permission granted for the category reaches the running
+    // process only after it relaunches.
+    static bool takesEffectOnlyAfterRelaunch(std::string_view identifier);
+
     // The activation rules, for an activated application or, when nullptr,
     // the front application.
     void applicationChanged(RunningApplicationPtr activated);
@@ -91,6 +108,9 @@ public:
     // The System Preferences window's description while System Preferences
     // is in front, or nullopt.
     std::optional<Value> preferencesWindow();
+    // The same window, and whether an alert sheet of the settings application
+    // lies over it (see isReopenSheetShown).
+    std::optional<Value> preferencesWindow(bool* sheetShown);
     void updateOverlay();
     void placeWindowForItem(const Value& windowDescription);
     void checkWindowName();
@@ -143,6 +163,11 @@ private:
     void orderOutOverlay();
     std::optional<std::string> securityPaneTitle();
     std::string resolvePrompt(std::optional<std::string_view> identifier);
+    // The "Prompts" table, read once it exists; nullptr while it cannot be read.
+    static const Value* promptTable();
+    // The text of a prompt name in the user's language, with the host's name
+    // in place of each "%@"; empty for a name the table lacks.
+    static std::string promptText(const std::string& promptName);
 
     bool stopOnQuitOfSystemPreferences_ = true;
     bool stopOnDeactivateOfSystemPreferences_ = false;
@@ -158,6 +183,8 @@ private:
     std::optional<std::string> panelIdentifier_;
     std::optional<std::string> privacyPanelName_;
     std::optional<std::string> message_;
+    bool reopenSheetShown_ = false;
+    std::set<std::string, std::less<>> needsRelaunch_;
 };
 
 }  // namespace vantro

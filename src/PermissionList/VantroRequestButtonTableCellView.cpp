@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "Guide/Vantro.h"
 #include "PermissionList/VantroViewController.h"
 #include "Platform/HostProcess.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
@@ -36,7 +37,12 @@ void VantroRequestButtonTableCellView::updateAuthorizationButton() {
 
     std::string_view titleKey;
     bool enabled = true;
-    if (status == PrivacyAuthorizationStatusNotDetermined || status == PrivacyAuthorizationStatusDenied) {
+    if (status != PrivacyAuthorizationStatusAuthorized && identifier &&
+        Vantro::sharedKit()->needsRelaunchForPanelIdentifier(*identifier)) {
+        // Switched on in System Settings, but the running process cannot use
+        // it yet: the button offers the relaunch that applies it.
+        titleKey = "Reopen to Apply";
+    } else if (status == PrivacyAuthorizationStatusNotDetermined || status == PrivacyAuthorizationStatusDenied) {
         auto type = VantroRequestStatusCenter::sharedRequestStatusCenter()->authorizationRequestTypeForIdentifier(identifier);
         if (type == PrivacyAuthorizationRequestTypeGrant)
             titleKey = "Grant Permission";
@@ -70,6 +76,10 @@ void VantroRequestButtonTableCellView::requestAuthorization(Button* sender) {
     // may be replaced and this cell reused or released.
     std::string identifier = value->isString() ? *value->stringPointer() : value->description();
     std::weak_ptr<VantroViewController> list = vantroViewController_;
+    if (Vantro::sharedKit()->needsRelaunchForPanelIdentifier(identifier)) {
+        Vantro::sharedKit()->relaunchHost();
+        return;
+    }
     VantroRequestStatusCenter::sharedRequestStatusCenter()->requestPrivacyAuthorizationForIdentifier(identifier, false);
     if (auto controller = list.lock()) controller->scheduleUpdatePrivacyCategories();
 }

@@ -64,6 +64,12 @@ public:
     // the application may still be starting when it is returned.
     virtual RunningApplicationPtr launchApplicationAtURL(std::string_view url, unsigned options) = 0;
 
+    // Quits the current application and opens it again once it has ended: a
+    // helper process waits for this one to end and then opens its bundle,
+    // and the application is asked to terminate (terminate:, which the
+    // host's delegate may still put off). Returns before the process ends.
+    virtual void relaunchCurrentApplication() = 0;
+
     // addObserver:selector:name:NSWorkspaceDidActivateApplicationNotification
     // object:nil. Every call adds a registration, even a duplicate one, and each
     // registration delivers each notification. The handler receives the value

@@ -250,9 +250,27 @@ void renderOverlay(cairo_t* cairo, const SimOverlayWindow& window, const VantroW
             drawWrappedText(cairo, inPicture, window.textShownBy(view, controller), view.fontSize, view.boldFont,
                             {0, 0, 0, 0.85});
         } else if (auto icon = window.iconViewWithId(view.id)) {
-            if (!icon->image().empty()) drawApplicationIcon(cairo, inPicture, icon->image());
+            drawIconView(cairo, inPicture, *icon);
         }
     }
+}
+
+void drawIconView(cairo_t* cairo, const Rect& rect, const ZVMainBundleIconImageView& view) {
+    if (view.image().empty()) return;
+    // An application's icon image is 128 points square at its natural size.
+    constexpr double natural = 128;
+    double width = natural, height = natural;
+    switch (view.imageScaling()) {
+    case NSImageScaleProportionallyDown: width = height = std::min({natural, rect.size.width, rect.size.height}); break;
+    case 1: width = rect.size.width, height = rect.size.height; break;  // axes independently
+    case 3: width = height = std::min(rect.size.width, rect.size.height); break;  // proportionally up or down
+    default: break;  // none: the natural size
+    }
+    cairo_save(cairo);
+    cairo_translate(cairo, rect.origin.x + (rect.size.width - width) / 2, rect.origin.y + (rect.size.height - height) / 2);
+    cairo_scale(cairo, width / natural, height / natural);
+    drawApplicationIcon(cairo, {{0, 0}, {natural, natural}}, view.image());
+    cairo_restore(cairo);
 }
 
 void renderDraggedImage(cairo_t* cairo, const SimDragging& dragging, double screenHeight) {

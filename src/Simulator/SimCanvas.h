@@ -9,6 +9,7 @@
 
 namespace vantro {
 class VantroWindowController;
+class ZVMainBundleIconImageView;
 }
 
 namespace vantro::sim {
@@ -66,6 +67,12 @@ void renderDraggedImage(cairo_t* cairo, const SimDragging& dragging, double scre
 // image view that scales down proportionally shows it. `imageName` is what
 // applicationIconImageName gives.
 void drawApplicationIcon(cairo_t* cairo, const Rect& rectInPicture, std::string_view imageName);
+
+// Draws an icon view's image into `rect` of the picture (y downwards) as its
+// image scaling says, centred: proportionally down fits it without enlarging
+// it past its natural size, axes independently fills the rectangle, none
+// keeps the natural size, proportionally up or down fits it.
+void drawIconView(cairo_t* cairo, const Rect& rectInPicture, const ZVMainBundleIconImageView& view);
 
 // Writes `text` in the picture's rectangle `rect` (y downwards), wrapped at
 // word boundaries to the rectangle's width, from its top; lines that do not

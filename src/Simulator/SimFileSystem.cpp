@@ -15,7 +15,12 @@ namespace fs = std::filesystem;
 
 SimFileSystem::SimFileSystem(SimulatedMac& mac, std::string homeDirectory)
     : mac_(mac), posix_(homeDirectory), home_(std::move(homeDirectory)) {
-    for (const auto& directory : SimPrivacy::fullDiskAccessDirectories()) setHomeEntry(directory, Entry::Directory);
+    // Each directory of Full Disk Access holds what the system keeps there
+    // (the privacy database, Safari's history, …): readable, none is empty.
+    for (const auto& directory : SimPrivacy::fullDiskAccessDirectories()) {
+        setHomeEntry(directory, Entry::Directory);
+        std::ofstream(fs::path(home_) / directory / "contents") << "kept by the system";
+    }
     for (auto folder : {ProtectedFolder::Desktop, ProtectedFolder::Documents, ProtectedFolder::Downloads})
         setHomeEntry(SimPrivacy::folderName(folder), Entry::Directory);
     setHomeEntry(SimPrivacy::photoLibraryDirectory, Entry::Directory);
@@ -71,7 +76,10 @@ std::optional<std::vector<std::string>> SimFileSystem::contentsOfDirectoryAtPath
         if (error) *error = it->second;
         return std::nullopt;
     }
-    if (mac_.privacy().refusesListing(standardized)) return fail(EPERM);
+    if (int refusal = mac_.privacy().listingRefusal(standardized)) {
+        if (refusal == EPERM && mac_.privacy().refusedListingsLookEmpty()) return std::vector<std::string>{};
+        return fail(refusal);
+    }
     return posix_.contentsOfDirectoryAtPath(standardized, error);
 }
 

@@ -14,15 +14,18 @@ class SimulatedMac;
 // The simulated Mac's file manager: the real POSIX file system beneath the
 // Mac's temporary root, with the privacy database in front of it. Listing a
 // protected directory the host has no access to fails as on a real Mac, with
-// NSCocoaErrorDomain 257 over NSPOSIXErrorDomain 1 (EPERM); the first listing
-// of an undecided protected folder asks the user and waits for the answer.
+// NSCocoaErrorDomain 257 over NSPOSIXErrorDomain 1 (EPERM), or, where the
+// release hides the location, 260 over ENOENT; when the privacy database is
+// told so, an EPERM refusal lists as an empty folder instead. The first
+// listing of an undecided protected folder asks the user and waits for the
+// answer.
 //
 // Plain permission bits do not stop the root user the tests may run as, so a
 // listing failure can be set per path: any POSIX code (EACCES, say), or any
 // error at all, as other file systems' drivers answer.
 //
 // The user's home holds, from the start, the eight directories that need Full
-// Disk Access, the Desktop, Documents and Downloads folders, and the system
+// Disk Access (each with a file in it), the Desktop, Documents and Downloads folders, and the system
 // photo library; a test may remove any of them or make it a plain file.
 class SimFileSystem : public FileSystem {
 public:

@@ -1,5 +1,7 @@
 #include "Simulator/SimPrivacy.h"
 
+#include <cerrno>
+
 #include "Simulator/SimulatedMac.h"
 
 namespace vantro::sim {
@@ -14,6 +16,33 @@ constexpr std::int32_t errAEEventWouldRequireUserConsent = -1744;
 // The mode a blocked main thread "runs" in: no main-thread work at all, only
 // what happens outside it (the user, the system's queues).
 constexpr std::string_view blockedOnPromptMode = "SimBlockedOnSystemPrompt";
+
+// How a directory that needs Full Disk Access answers a listing, from a
+// release on: the last row that names the directory and whose release the Mac
+// has reached decides. Each row carries how sure the field reports are.
+struct ProtectedDirectoryAnswer {
+    std::string_view directory;
+    int fromMajor;
+    int fromMinor;
+    int withFullDiskAccess;     // 0: lists; else the POSIX error of the refusal
+    int withoutFullDiskAccess;  // likewise
+};
+constexpr ProtectedDirectoryAnswer protectedDirectoryAnswers[] = {
+    // Confirmed: from 10.14 every one of them is refused with EPERM unless
+    // the application holds Full Disk Access.
+    {"", 10, 14, 0, EPERM},
+    // Reported, details conflicting: on 27 the per-user privacy database's
+    // folder is refused even with Full Disk Access (one report has it moved
+    // away and gone; refused is the harder case for the probe).
+    {"Library/Application Support/com.apple.TCC", 27, 0, EPERM, EPERM},
+    // Reported: on 27 some protected locations answer "no such file" without
+    // Full Disk Access. Which ones is unconfirmed: these four are modelled so;
+    // Safari, Mail and Messages are reported to still answer EPERM.
+    {"Library/Containers/com.apple.mail", 27, 0, 0, ENOENT},
+    {"Library/Containers/com.apple.Safari", 27, 0, 0, ENOENT},
+    {"Library/Cookies", 27, 0, 0, ENOENT},
+    {"Library/Metadata/CoreSpotlight", 27, 0, 0, ENOENT},
+};
 
 }  // namespace
 
@@ -80,6 +109,12 @@ Consent SimPrivacy::consent(PromptedService service) const {
 void SimPrivacy::setConsent(PromptedService service, Consent consent) {
     services_[service] = consent;
     mac_.record("privacy", std::string(serviceName(service)) + ": " + std::string(consentName(consent)));
+}
+
+void SimPrivacy::grantScreenRecordingFromSettings() {
+    const bool before = consent(PromptedService::ScreenRecording) == Consent::Authorized;
+    setConsent(PromptedService::ScreenRecording, Consent::Authorized);
+    screenRecordingAwaitsRelaunch_ = !before;
 }
 
 void SimPrivacy::setFullDiskAccess(bool granted) {
@@ -217,31 +252,41 @@ bool SimPrivacy::isInside(std::string_view relative, std::string_view directory)
             relative[directory.size()] == '/');
 }
 
-bool SimPrivacy::refusesListing(std::string_view standardizedPath) {
+int SimPrivacy::fullDiskAccessDirectoryRefusal(std::string_view directory) const {
+    int refusal = 0;
+    for (const auto& answer : protectedDirectoryAnswers) {
+        if (!answer.directory.empty() && answer.directory != directory) continue;
+        if (!atLeast(answer.fromMajor, answer.fromMinor)) continue;
+        refusal = fullDiskAccess_ ? answer.withFullDiskAccess : answer.withoutFullDiskAccess;
+    }
+    return refusal;
+}
+
+int SimPrivacy::listingRefusal(std::string_view standardizedPath) {
     auto relative = homeRelative(standardizedPath);
-    if (!relative) return false;
+    if (!relative) return 0;
     if (atLeast(10, 14)) {
         for (const auto& directory : fullDiskAccessDirectories())
-            if (isInside(*relative, directory)) return !fullDiskAccess_;
+            if (isInside(*relative, directory)) return fullDiskAccessDirectoryRefusal(directory);
         if (isInside(*relative, photoLibraryDirectory))
-            return !fullDiskAccess_ && consent(PromptedService::Photos) != Consent::Authorized;
+            return !fullDiskAccess_ && consent(PromptedService::Photos) != Consent::Authorized ? EPERM : 0;
     }
-    if (!atLeast(10, 15)) return false;
+    if (!atLeast(10, 15)) return 0;
     for (auto folder : {ProtectedFolder::Desktop, ProtectedFolder::Documents, ProtectedFolder::Downloads}) {
         if (!isInside(*relative, folderName(folder))) continue;
-        if (fullDiskAccess_) return false;
+        if (fullDiskAccess_) return 0;
         switch (folderConsent(folder)) {
-        case Consent::Authorized: return false;
+        case Consent::Authorized: return 0;
         case Consent::Denied:
-        case Consent::Restricted: return true;
+        case Consent::Restricted: return EPERM;
         case Consent::NotDetermined: break;
         }
         auto allowed = askUserAndWait(std::string("files in your ") + std::string(folderName(folder)) + " folder");
-        if (!allowed) return true;
+        if (!allowed) return EPERM;
         setFolderConsent(folder, *allowed ? Consent::Authorized : Consent::Denied);
-        return !*allowed;
+        return *allowed ? 0 : EPERM;
     }
-    return false;
+    return 0;
 }
 
 }  // namespace vantro::sim

@@ -62,6 +62,12 @@ public:
     void setFullDiskAccess(bool granted);
     Consent folderConsent(ProtectedFolder folder) const;
     void setFolderConsent(ProtectedFolder folder, Consent consent);
+    // Screen Recording switched on in System Settings while the host runs
+    // reaches the host only once it relaunches: until then the running
+    // process keeps its old answer.
+    void grantScreenRecordingFromSettings();
+    bool screenRecordingAwaitsRelaunch() const { return screenRecordingAwaitsRelaunch_; }
+    void hostRelaunched() { screenRecordingAwaitsRelaunch_ = false; }
     bool isAccessibilityTrusted() const { return accessibilityTrusted_; }
     void setAccessibilityTrusted(bool trusted);
 
@@ -109,10 +115,17 @@ public:
     std::optional<bool> askUserAndWait(std::string_view service);
     static constexpr double promptTimeout = 60.0;
 
-    // Whether listing the directory at `standardizedPath` is refused with
-    // EPERM. Listing a protected folder not yet decided asks the user first
-    // and remembers the answer; a prompt given up refuses this listing only.
-    bool refusesListing(std::string_view standardizedPath);
+    // The POSIX error with which listing the directory at `standardizedPath`
+    // fails (EPERM, or ENOENT where a release hides a protected location),
+    // or 0 when the listing is allowed. Listing a protected folder not yet
+    // decided asks the user first and remembers the answer; a prompt given up
+    // refuses this listing only.
+    int listingRefusal(std::string_view standardizedPath);
+    // Some releases have been reported to answer a refused listing with an
+    // empty folder rather than EPERM: when set, every EPERM refusal of a
+    // directory that needs Full Disk Access lists as empty instead.
+    void setRefusedListingsLookEmpty(bool empty) { refusedListingsLookEmpty_ = empty; }
+    bool refusedListingsLookEmpty() const { return refusedListingsLookEmpty_; }
 
     // The directories the host may list only with Full Disk Access, relative
     // to the home directory.
@@ -127,6 +140,9 @@ public:
 
 private:
     bool atLeast(int major, int minor) const;
+    // How the directory of Full Disk Access at `directory` answers a listing
+    // on this release, with or without Full Disk Access.
+    int fullDiskAccessDirectoryRefusal(std::string_view directory) const;
     // The home-relative path of `path`, or nullopt when it is not inside home.
     std::optional<std::string> homeRelative(std::string_view path) const;
     static bool isInside(std::string_view relative, std::string_view directory);
@@ -137,6 +153,8 @@ private:
     std::map<std::string, Consent, std::less<>> automation_;
     bool fullDiskAccess_ = false;
     bool accessibilityTrusted_ = false;
+    bool refusedListingsLookEmpty_ = false;
+    bool screenRecordingAwaitsRelaunch_ = false;
     std::deque<PromptAnswer> answers_;
     std::vector<Prompt> prompts_;
 };

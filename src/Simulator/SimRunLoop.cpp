@@ -225,6 +225,23 @@ bool SimRunLoop::runModeUntil(std::string_view mode, const std::function<bool()>
     return true;
 }
 
+void SimRunLoop::discardMainThreadWork() {
+    std::vector<Item> dropped;
+    for (auto it = items_.begin(); it != items_.end();) {
+        if (it->second.kind == Kind::UserEvent || it->second.kind == Kind::SystemQueue) {
+            ++it;
+            continue;
+        }
+        dropped.push_back(std::move(it->second));
+        it = items_.erase(it);
+    }
+    std::vector<std::function<void()>> arrived;
+    {
+        std::lock_guard lock(inboxMutex_);
+        arrived.swap(inbox_);
+    }
+}
+
 void SimRunLoop::discardPendingWork() {
     // What the work holds may be let go only now; letting it go may not add
     // more, but taking it out first keeps the map sound either way.

@@ -68,6 +68,10 @@ public:
     // Drops every pending piece of work, with whatever it holds: the process
     // is ending.
     void discardPendingWork();
+    // Drops the main thread's pending work (timers, delayed performs, the
+    // main queue) and keeps what happens outside the process (the user, the
+    // system's queues): the host quits while the Mac goes on.
+    void discardMainThreadWork();
 
     // Pending work of each kind, for tests.
     std::size_t pendingTimers() const;

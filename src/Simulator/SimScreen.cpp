@@ -8,6 +8,7 @@
 #include "Simulator/SimCanvas.h"
 #include "Simulator/SimOverlay.h"
 #include "Simulator/SimPermissionList.h"
+#include "Simulator/SimReopenSheet.h"
 #include "Simulator/SimScreenTexts.h"
 #include "Simulator/SimText.h"
 #include "Simulator/SimulatedMac.h"
@@ -523,7 +524,7 @@ cairo_surface_t* drawScreen(SimulatedMac& mac, const ScreenContents& contents) {
         else if (it->number == SimWindows::preferencesWindowNumber && mac.systemPreferences().isSystemSettings())
             drawSystemSettings(scene, cr, active);
         else if (it->number == SimWindows::preferencesWindowNumber) drawSystemPreferences(scene, cr, active);
-        else drawWindow(cr, it->bounds, it->title.value_or(std::string()), active);
+        else if (!drawReopenSheet(mac, cr, it->bounds)) drawWindow(cr, it->bounds, it->title.value_or(std::string()), active);
     }
     if (const auto* controller = contents.overlayController()) {
         if (auto* window = simOverlayWindow(*controller); window && window->isVisible()) {

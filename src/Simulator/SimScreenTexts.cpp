@@ -56,6 +56,19 @@ constexpr Translation translations[] = {
     {"Cancel", "Abbrechen", "Annuler", "キャンセル"},
     {"Unlock", "Entsperren", "Déverrouiller", "ロックを解除"},
     {"Modify Settings", "Einstellungen ändern", "Modifier les réglages", "設定を変更"},
+    // The sheet System Settings shows once a running application is let in
+    // where it takes effect only after the application reopens.
+    {"%@ will not have full disk access until it is quit.",
+     "%@ erhält erst Festplattenvollzugriff, wenn die App beendet wurde.",
+     "%@ n’aura pas d’accès complet au disque tant que l’app n’aura pas été quittée.",
+     "%@ は終了するまでフルディスクアクセスを利用できません。"},
+    {"%@ may not be able to record the contents of your screen until it is quit.",
+     "%@ kann den Inhalt deines Bildschirms möglicherweise erst aufnehmen, wenn die App beendet wurde.",
+     "%@ ne pourra peut-être pas enregistrer le contenu de votre écran tant que l’app n’aura pas été quittée.",
+     "%@ は終了するまで画面の内容を収録できない可能性があります。"},
+    {"\u201C%@\u201D", "„%@“", "« %@ »", "“%@”"},
+    {"Later", "Später", "Plus tard", "後で"},
+    {"Quit & Reopen", "Beenden & erneut öffnen", "Quitter et rouvrir", "終了して再度開く"},
     // System Settings' sidebar.
     {"Wi-Fi", "WLAN", "Wi-Fi", "Wi-Fi"},
     {"Bluetooth", "Bluetooth", "Bluetooth", "Bluetooth"},

@@ -304,7 +304,8 @@ BookmarkResolution SimServices::resolveBookmarkData(const Data& bookmark, unsign
 std::optional<bool> SimServices::preflightScreenCaptureAccess() {
     if (!availability_.screenCapture) return std::nullopt;
     send("CGPreflightScreenCaptureAccess");
-    return mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::Authorized;
+    return mac_.privacy().consent(PromptedService::ScreenRecording) == Consent::Authorized &&
+           !mac_.privacy().screenRecordingAwaitsRelaunch();
 }
 
 std::optional<bool> SimServices::requestScreenCaptureAccess() {

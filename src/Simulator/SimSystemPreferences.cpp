@@ -6,6 +6,7 @@
 
 #include "Platform/Event.h"
 #include "Platform/Workspace.h"
+#include "Simulator/SimScreenTexts.h"
 #include "Simulator/SimulatedMac.h"
 
 namespace vantro::sim {
@@ -343,7 +344,52 @@ bool SimSystemPreferences::userSwitchesOnHost() {
             if (listed.anchor == anchor) listed.on = true;
         mac_.record(name_, "turns on " + mac_.configuration().hostName + " at " + anchor);
         if (grant_) grant_(anchor);
+        showReopenSheet(anchor);
     });
+    return true;
+}
+
+void SimSystemPreferences::showReopenSheet(const std::string& anchor) {
+    // Reported for Full Disk Access from 11 (11.6, 12.2, 13) and for Screen
+    // Recording on System Settings; the host must be running to be quit.
+    const int major = mac_.release().systemVersion.majorVersion;
+    const bool fullDiskAccess = anchor == "Privacy_AllFiles" && major >= 11;
+    const bool screenRecording = anchor == "Privacy_ScreenCapture" && isSystemSettings();
+    if (!(fullDiskAccess || screenRecording) || !mac_.workspace().host() || reopenSheet_) return;
+    reopenSheet_ = anchor;
+    extraWindows_.push_back({*reopenSheetFrame(), std::nullopt});
+    // A sheet comes in front of its window.
+    mac_.windows().bringWindowForward(SimWindows::preferencesWindowNumber + static_cast<int>(extraWindows_.size()));
+    mac_.record(name_, "shows a sheet: " + reopenSheetText() + " [Later] [Quit & Reopen]");
+    // The click that confirmed the change, as other applications' monitors see it.
+    userEventInWindow("sheet");
+}
+
+std::optional<Rect> SimSystemPreferences::reopenSheetFrame() const {
+    if (!reopenSheet_) return std::nullopt;
+    constexpr Size sheet{260, 170};
+    return Rect{{frame_.origin.x + (frame_.size.width - sheet.width) / 2, frame_.origin.y + 52}, sheet};
+}
+
+std::string SimSystemPreferences::reopenSheetText(std::string_view language) const {
+    const std::string_view format = reopenSheet_ == "Privacy_ScreenCapture"
+                                        ? "%@ may not be able to record the contents of your screen until it is quit."
+                                        : "%@ will not have full disk access until it is quit.";
+    std::string text = screenText(format, language);
+    const std::string app = screenText("\u201C%@\u201D", language);
+    const auto quoted = app.substr(0, app.find("%@")) + mac_.configuration().hostName + app.substr(app.find("%@") + 2);
+    if (const auto at = text.find("%@"); at != std::string::npos) text.replace(at, 2, quoted);
+    return text;
+}
+
+bool SimSystemPreferences::userAnswersReopenSheet(bool quitAndReopen) {
+    if (!reopenSheet_ || !isRunning()) return false;
+    const Rect sheet = *reopenSheetFrame();
+    std::erase_if(extraWindows_, [&](const ExtraWindow& w) { return w.frame.size == sheet.size && !w.title; });
+    reopenSheet_.reset();
+    mac_.record(name_, quitAndReopen ? "closes the sheet: Quit & Reopen" : "closes the sheet: Later");
+    userEventInWindow("sheet button");
+    if (quitAndReopen) mac_.relaunchHost();
     return true;
 }
 
@@ -371,6 +417,7 @@ bool SimSystemPreferences::acceptsDrop(const std::string& url, Point screenPoint
     granted_.push_back(anchor_);
     mac_.record("System Preferences", "adds " + mac_.configuration().hostName + " to the list at " + anchor_);
     if (grant_) grant_(anchor_);
+    showReopenSheet(anchor_);
     return true;
 }
 

@@ -101,6 +101,21 @@ public:
     // Whether System Settings waits for the password to turn a switch on, or
     // System Preferences for it to unlock the pane after the authorize event.
     bool asksForPassword() const { return passwordAsked_; }
+
+    // The "Quit & Reopen" sheet: once the running host is switched on for
+    // Full Disk Access (from 11; by a drop on 11 and 12) or Screen Recording
+    // (System Settings), the window shows an alert sheet with the system's
+    // text and the buttons "Later" and "Quit & Reopen". The window list shows
+    // it as a small untitled window of the application over the main one.
+    bool showsReopenSheet() const { return reopenSheet_.has_value(); }
+    std::optional<Rect> reopenSheetFrame() const;
+    // The sheet's text in the screen's `language`: "“Vantro Demo” will not
+    // have full disk access until it is quit." (reported), or Screen
+    // Recording's (modelled alike, unconfirmed).
+    std::string reopenSheetText(std::string_view language = "en") const;
+    // The user answers the sheet: "Quit & Reopen" relaunches the host,
+    // "Later" only closes the sheet. False when no sheet shows.
+    bool userAnswersReopenSheet(bool quitAndReopen);
     // The "+" button under the list, in screen coordinates (origin bottom left).
     Rect plusButtonOnScreen() const;
     // The sub-pane's title in a language ("en", "de", "fr", "ja"), or
@@ -167,6 +182,8 @@ private:
     std::vector<std::string> granted_;
     std::vector<ListedApplication> listed_;
     bool passwordAsked_ = false;
+    void showReopenSheet(const std::string& anchor);
+    std::optional<std::string> reopenSheet_;  // the anchor it was shown for
 };
 
 }  // namespace vantro::sim

@@ -230,6 +230,11 @@ void SimWorkspace::quit(std::string_view bundleIdentifier) {
     }
 }
 
+void SimWorkspace::relaunchCurrentApplication() {
+    mac_.record("host", "asks to be quit and opened again");
+    mac_.runLoop().scheduleUserEvent(0, [this] { mac_.relaunchHost(); });
+}
+
 void SimWorkspace::recordHidden(SimRunningApplication& app) {
     mac_.record("system", app.localizedName() + (app.isHidden() ? " is hidden" : " is shown again"));
     if (app.isHidden() && front_.get() == &app) {

@@ -97,6 +97,9 @@ public:
     void activate(const SimApplicationPtr& app, bool allWindows = true);
     void activate(std::string_view bundleIdentifier);
     void quit(std::string_view bundleIdentifier);
+    // The host asks to be quit and opened again: the Mac does it at the next
+    // turn of the world outside the process (SimulatedMac::relaunchHost).
+    void relaunchCurrentApplication() override;
     SimApplicationPtr host() const { return host_; }
     SimApplicationPtr application(std::string_view bundleIdentifier) const;
     // The system's active application, as it is now.

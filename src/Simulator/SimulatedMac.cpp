@@ -160,8 +160,10 @@ SimulatedMac::SimulatedMac(MacConfiguration configuration)
     systemPreferences_ = std::make_unique<SimSystemPreferences>(*this);
     // The host's icon dropped on System Preferences' privacy list grants the
     // category of the list to the host.
-    systemPreferences_->setGrantHandler(
-        [this](const std::string& anchor) { privacy_->setConsentForIdentifier(anchor, Consent::Authorized); });
+    systemPreferences_->setGrantHandler([this](const std::string& anchor) {
+        if (anchor == "Privacy_ScreenCapture") privacy_->grantScreenRecordingFromSettings();
+        else privacy_->setConsentForIdentifier(anchor, Consent::Authorized);
+    });
     dragging_->setDropTarget([this](const SimDragging::Drop& drop) -> DragOperation {
         return systemPreferences_->acceptsDrop(drop.url, drop.screenPoint) ? (drop.allowed & NSDragOperationCopy) : NSDragOperationNone;
     });
@@ -182,6 +184,22 @@ SimulatedMac::~SimulatedMac() {
     makeRemovable(root_);
     std::error_code ec;
     fs::remove_all(root_, ec);
+}
+
+void SimulatedMac::relaunchHost() {
+    record("system", "quits " + configuration_.hostName);
+    if (hostQuits_) hostQuits_();
+    runLoop_->discardMainThreadWork();
+    process_.reset();
+    workspace_->host_->markTerminated();
+    std::erase(workspace_->running_, workspace_->host_);
+    workspace_->host_ = workspace_->start(configuration_.hostBundleIdentifier);
+    privacy_->hostRelaunched();
+    process_ = std::make_unique<HostProcess>(makePlatform());
+    HostProcess::install(process_.get());
+    record("system", "opens " + configuration_.hostName + " again");
+    workspace_->activate(workspace_->host_);
+    if (hostReopened_) hostReopened_();
 }
 
 double SimulatedMac::now() const { return runLoop_->now(); }

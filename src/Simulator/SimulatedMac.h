@@ -128,6 +128,18 @@ public:
 
     void record(std::string_view actor, std::string_view text);
 
+    // The host quits and opens again, as System Settings' "Quit & Reopen" or
+    // the host's own relaunch does: its pending main-thread work ends, its
+    // process ends (everything the framework kept goes with it), and a new
+    // instance of the host starts in a fresh process, in front. Whoever holds
+    // the old process's objects is told first, to let them go, and told again
+    // once the new process runs.
+    void relaunchHost();
+    void setHostRelaunchHandlers(std::function<void()> quits, std::function<void()> reopened) {
+        hostQuits_ = std::move(quits);
+        hostReopened_ = std::move(reopened);
+    }
+
     // The real folder that stands for the Mac's "/", and paths on it.
     const std::string& rootDirectory() const { return root_; }
     // A path as the framework sees it: under the root, whatever it was given.
@@ -165,6 +177,8 @@ private:
     std::unique_ptr<SimFileSystem> fileSystem_;
     std::unique_ptr<SimServices> services_;
     std::unique_ptr<HostProcess> process_;
+    std::function<void()> hostQuits_;
+    std::function<void()> hostReopened_;
 };
 
 }  // namespace vantro::sim

@@ -17,11 +17,14 @@ DirectoryProbeVerdict probeDirectories(const std::vector<std::string>& directori
         sawDirectory = true;
         PlatformError error;
         if (fileSystem.contentsOfDirectoryAtPath(directory, &error)) continue;
-        const auto& underlying = error.underlying;
-        if (underlying && underlying->domain == NSPOSIXErrorDomain && underlying->code == POSIXErrorEPERM)
-            return DirectoryProbeVerdict::Refused;
+        if (isPrivacyRefusal(error)) return DirectoryProbeVerdict::Refused;
     }
     return sawDirectory ? DirectoryProbeVerdict::Readable : DirectoryProbeVerdict::NoDirectory;
+}
+
+bool isPrivacyRefusal(const PlatformError& error) {
+    const auto& underlying = error.underlying;
+    return underlying && underlying->domain == NSPOSIXErrorDomain && underlying->code == POSIXErrorEPERM;
 }
 
 std::vector<std::string> standardizedDirectories(const std::vector<std::string_view>& paths) {

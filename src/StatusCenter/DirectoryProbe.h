@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/FileSystem.h"
+
 namespace vantro {
 
 // What listing a set of protected directories told.
@@ -18,6 +20,10 @@ enum class DirectoryProbeVerdict {
 // as refused; any other failure decides nothing. Only the underlying error is
 // classified: plain permission bits (EACCES) do not mean refused.
 DirectoryProbeVerdict probeDirectories(const std::vector<std::string>& directories);
+
+// Whether a listing's error is the privacy protection's refusal: an
+// underlying POSIX EPERM, whatever the outer error says.
+bool isPrivacyRefusal(const PlatformError& error);
 
 // Each path with its tilde expanded and then standardised, in order.
 std::vector<std::string> standardizedDirectories(const std::vector<std::string_view>& paths);

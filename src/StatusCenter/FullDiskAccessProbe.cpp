@@ -37,6 +37,58 @@ const std::vector<std::string_view> protectedDirectories = {
     "~/Library/Safari/",
 };
 
+// The per-user privacy database's folder: the first directory above. When
+// readable it always holds the database itself, so it is never empty.
+constexpr std::size_t privacyDatabaseFolder = 0;
+
+// How the protected directories are read on releases that answer
+// differently from the ones Full Disk Access was made on.
+//
+// Up to 15 the probe is the plain one: an EPERM anywhere means refused, any
+// existing directory without one means held.
+//
+// From 26 an empty listing proves nothing: a refused listing has been
+// reported to come back empty instead of failing (15.7.9), which the plain
+// probe takes for access. There only a listing with something in it counts
+// as access; an empty listing of the privacy database's folder, never empty
+// when readable, counts as refused; other empty listings decide nothing.
+//
+// From 27 the privacy database's folder is refused even with Full Disk
+// Access (reported; one report has it gone): its answer, refused or missing,
+// decides nothing, so it is not listed at all. The other locations decide;
+// without access some of them answer ENOENT rather than EPERM, which decides
+// nothing, while Safari's, Mail's and Messages' still refuse with EPERM.
+struct ProbeRules {
+    bool emptyListingProvesNothing;
+    bool privacyDatabaseFolderDecides;
+};
+
+ProbeRules probeRules() {
+    const double appKit = flooredAppKitVersion();
+    return {appKit >= NSAppKitVersionNumber26_0, appKit < NSAppKitVersionNumber27_0};
+}
+
+// The probe of 26 and later; see ProbeRules.
+bool probeDistrustingEmptyListings(const std::vector<std::string>& directories, const ProbeRules& rules) {
+    auto& fileSystem = HostProcess::current().platform().fileSystem();
+    bool sawContents = false;
+    for (std::size_t i = 0; i < directories.size(); ++i) {
+        const bool neverEmpty = i == privacyDatabaseFolder;
+        if (neverEmpty && !rules.privacyDatabaseFolderDecides) continue;
+        bool isDirectory = false;
+        if (!fileSystem.fileExistsAtPath(directories[i], &isDirectory) || !isDirectory) continue;
+        PlatformError error;
+        auto listing = fileSystem.contentsOfDirectoryAtPath(directories[i], &error);
+        if (!listing) {
+            if (isPrivacyRefusal(error)) return false;
+            continue;
+        }
+        if (!listing->empty()) sawContents = true;
+        else if (neverEmpty) return false;
+    }
+    return sawContents;
+}
+
 }  // namespace
 
 bool VantroRequestStatusCenter::hasFullDiskAccess() {
@@ -71,6 +123,8 @@ bool VantroRequestStatusCenter::hasFullDiskAccess() {
 bool VantroRequestStatusCenter::checkHasFullDiskAccess() {
     auto& state = HostProcess::current().value<FullDiskAccessProcessState>();
     std::call_once(state.directoriesOnce, [&] { state.directoriesToCheck = standardizedDirectories(protectedDirectories); });
+    const ProbeRules rules = probeRules();
+    if (rules.emptyListingProvesNothing) return probeDistrustingEmptyListings(state.directoriesToCheck, rules);
     // An account where none of the directories exists proves nothing: false.
     return probeDirectories(state.directoriesToCheck) == DirectoryProbeVerdict::Readable;
 }

@@ -77,5 +77,10 @@ double flooredAppKitVersion();
 // for full access. Gates on them test "at least".
 inline constexpr double NSAppKitVersionNumber13_0 = 2299;
 inline constexpr double NSAppKitVersionNumber14_0 = 2487;
+// macOS 26 (every 26.x reports 2685 and a fraction) and 27, whose betas report
+// 2757 and whose release is reported at about 2775: 27 is taken from the
+// betas' number on (no header constant is published for either).
+inline constexpr double NSAppKitVersionNumber26_0 = 2685;
+inline constexpr double NSAppKitVersionNumber27_0 = 2757;
 
 }  // namespace vantro

@@ -10,7 +10,9 @@
 // launchApplicationAtURL:options:configuration:error: with an empty
 // configuration; NSWorkspaceDidActivateApplicationNotification on the shared
 // workspace's notification center, one registration per call (a second
-// delivers twice) and removal of all of an observer's registrations at once.
+// delivers twice) and removal of all of an observer's registrations at once;
+// relaunching the current application (a shell that opens its bundle once
+// the process has ended, then terminate:).
 // Main thread.
 // Known gaps: none.
 
@@ -170,6 +172,19 @@ public:
                                                   configuration:@{}
                                                           error:nullptr];
         return runningApplicationFor(launched);
+    }
+
+    void relaunchCurrentApplication() override {
+        // A shell waits for this process to end, then opens its bundle again;
+        // the application is then asked to terminate.
+        NSString* pid = [NSString stringWithFormat:@"%d", NSProcessInfo.processInfo.processIdentifier];
+        NSTask* task = [[NSTask alloc] init];
+        task.executableURL = [NSURL fileURLWithPath:@"/bin/sh"];
+        task.arguments = @[ @"-c", @"while kill -0 \"$1\" 2>/dev/null; do sleep 0.2; done; /usr/bin/open \"$2\"", @"sh", pid,
+                            NSBundle.mainBundle.bundlePath ];
+        // Without the helper nothing would open the host again: it stays.
+        if (![task launchAndReturnError:nullptr]) return;
+        [NSApp terminate:nil];
     }
 
     void addActivationObserver(const void* observer, std::function<void(RunningApplicationPtr)> handler) override {

@@ -255,6 +255,18 @@ std::optional<std::string> toOptional(NSString* _Nullable text) { return vantro:
 - (void)stop {
     _core->stop();
 }
+- (BOOL)isReopenSheetShown {
+    return _core->isReopenSheetShown();
+}
+
+- (BOOL)needsRelaunchForPanelIdentifier:(PrivacyCategoryIdentifier)panelIdentifier {
+    return _core->needsRelaunchForPanelIdentifier(vantro::mac::toString(panelIdentifier));
+}
+
+- (void)relaunchHost {
+    _core->relaunchHost();
+}
+
 - (void)cancelOverlay {
     _core->cancelOverlay();
 }

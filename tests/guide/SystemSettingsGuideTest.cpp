@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "Guide/Vantro.h"
 #include "Overlay/VantroWindowController.h"
 #include "Simulator/SimulatedMac.h"
+#include "Vocabulary/NewerPrivacyCategories.h"
 #include "support/TemporaryResources.h"
 
 namespace vantro {
@@ -36,14 +39,21 @@ TEST(SystemSettingsGuide, PaneURLFollowsTheRelease) {
     }
 }
 
+// System Settings has no lock: no unlock request is sent to it, neither by a
+// session's first sight nor asked for directly, even though its scripting
+// answers with the Security pane's old identifier as the current pane.
 TEST(SystemSettingsGuide, NoUnlockIsAskedOfSystemSettings) {
-    for (double appKit : {2298.99, 2299.0}) {
-        sim::SimulatedMac mac(test::atAppKit(appKit, "12"));
+    struct Case { const char* release; int authorizeEvents; } cases[] = {{"12", 2}, {"13", 0}, {"15", 0}, {"27", 0}};
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release});
         mac.privacy().setAutomationConsent(SystemPreferencesBundleIdentifier, sim::Consent::Authorized);
-        Vantro::openPrivacyPreferencesWithAnchor(VantroPrivacyFullDiskAccess);
-        mac.runFor(1.0);
+        mac.systemPreferences().setUnlockAnswerDelay(-1);
+        Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+        mac.runFor(2.0);
+        EXPECT_EQ(mac.systemPreferences().currentPane(), "com.apple.preference.security") << c.release;
         Vantro::authorizeIfPossible();
-        EXPECT_EQ(mac.systemPreferences().authorizeEvents(), appKit < 2299 ? 1 : 0) << appKit;
+        EXPECT_EQ(mac.systemPreferences().authorizeEvents(), c.authorizeEvents) << c.release;
+        Vantro::sharedKit()->stop();
     }
 }
 
@@ -82,6 +92,46 @@ TEST(SystemSettingsGuide, PromptsSayWhatSystemSettingsShows) {
         guide->askAccessForPanelIdentifier(std::string_view(c.identifier));
         EXPECT_EQ(guide->message().value_or("(none)"), c.message) << c.appKit << " " << c.identifier;
         guide->stop();
+    }
+}
+
+// Every prompt the guide shows over System Settings fits what the user sees
+// there, in every language: no lock, no box to tick, a switch to turn on, the
+// "+" where the list takes applications, and on 27 the name the Accessibility
+// list has there.
+TEST(SystemSettingsGuide, EveryPromptFitsSystemSettings) {
+    struct Words { const char* language; std::vector<std::string> foreign; std::string turnOn; } languages[] = {
+        {"en", {"lock", "tick", "box"}, "turn on"},
+        {"de", {"Schloss", "kreuze"}, "chalte"},
+        {"fr", {"cadenas", "coch", "case"}, "ctivez"},
+        {"ja", {"カギ", "鍵", "チェック"}, "オン"},
+    };
+    const std::set<std::string> takesApplications = {"Privacy_AllFiles", "Privacy_Accessibility", "Privacy_Assistive",
+                                                     "Privacy_ScreenCapture", "Privacy_ListenEvent", "Privacy_Nothing"};
+    std::vector<std::string> identifiers(VantroPrivacyAllIdentifiers.begin(), VantroPrivacyAllIdentifiers.end());
+    identifiers.insert(identifiers.end(), VantroPrivacyNewerIdentifiers.begin(), VantroPrivacyNewerIdentifiers.end());
+    identifiers.push_back("Privacy_Nothing");
+    for (const char* release : {"13", "15", "27"}) {
+        for (const auto& words : languages) {
+            sim::SimulatedMac mac(sim::MacConfiguration{.release = release, .languages = {words.language}});
+            setNewerPrivacyCategoriesServed(true);
+            const std::string deviceControl =
+                *sim::SimSystemPreferences::settingsSubPaneTitle(words.language, "Privacy_Accessibility", 27);
+            for (const auto& identifier : identifiers) {
+                auto guide = Vantro::sharedKit();
+                guide->askAccessForPanelIdentifier(std::string_view(identifier));
+                const std::string message = guide->message().value_or("");
+                guide->stop();
+                const std::string name = std::string(release) + " " + words.language + " " + identifier + ": " + message;
+                ASSERT_FALSE(message.empty()) << name;
+                for (const auto& word : words.foreign) EXPECT_EQ(message.find(word), std::string::npos) << name;
+                EXPECT_NE(message.find(words.turnOn), std::string::npos) << name;
+                EXPECT_EQ(message.find('+') != std::string::npos, takesApplications.count(identifier) > 0) << name;
+                const bool accessibility = identifier == "Privacy_Accessibility" || identifier == "Privacy_Assistive";
+                EXPECT_EQ(message.find(deviceControl) != std::string::npos, accessibility && std::string(release) == "27") << name;
+            }
+            setNewerPrivacyCategoriesServed(false);
+        }
     }
 }
 
@@ -142,6 +192,45 @@ TEST(SystemSettingsGuide, TheTitleCheckIsOffOnSystemSettings) {
         mac.runFor(0.1);
         EXPECT_EQ(guide->isOverlayShown(), c.shownOnGeneral) << c.release << " " << c.screenRecording;
         EXPECT_EQ(guide->didSeePrivacyPanel(), c.sawPane) << c.release << " " << c.screenRecording;
+        guide->stop();
+    }
+}
+
+}  // namespace
+}  // namespace vantro
+
+namespace vantro {
+namespace {
+
+// What the guide takes for System Settings' alert sheet: a window of the
+// settings application in front of the settings window, centred on it,
+// hanging from its top, and less than half its width and height.
+TEST(SystemSettingsGuide, WhatCountsAsTheReopenSheet) {
+    struct Case { const char* name; double dx, dy, width, height; bool sheet; } cases[] = {
+        {"centred under the toolbar", 0, 52, 260, 170, true},
+        {"right under the top", 0, 0, 260, 170, true},
+        {"as low as a sheet begins", 0, 80, 260, 170, true},
+        {"lower", 0, 81, 260, 170, false},
+        {"above the window", 0, -1, 260, 170, false},
+        {"2 points off centre", 2, 52, 260, 170, true},
+        {"3 points off centre", 3, 52, 260, 170, false},
+        {"half the window wide", 0, 52, 357.5, 170, false},
+        {"half the window high", 0, 52, 260, 310, false},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = "15"});
+        auto guide = Vantro::sharedKit();
+        guide->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+        mac.runFor(2.0);
+        ASSERT_TRUE(guide->isOverlayShown()) << c.name;
+        auto& settings = mac.systemPreferences();
+        const Rect window = settings.windowFrame();  // 715 × 620
+        settings.addExtraWindow({{{window.origin.x + (window.size.width - c.width) / 2 + c.dx, window.origin.y + c.dy}, {c.width, c.height}},
+                                 std::nullopt});
+        mac.windows().bringWindowForward(sim::SimWindows::preferencesWindowNumber + 1);
+        guide->updateOverlay();
+        EXPECT_EQ(guide->isReopenSheetShown(), c.sheet) << c.name;
+        EXPECT_EQ(guide->windowController()->window()->frame().size.width, window.size.width) << c.name << ": the overlay stays on the window";
         guide->stop();
     }
 }

@@ -130,6 +130,42 @@ TEST_F(SimulatedOverlay, RendersPanelMessageArrowAndIcon) {
     cairo_surface_destroy(surface);
 }
 
+// The icon view shows the host's icon (128 points at its natural size)
+// scaled proportionally down and centred: never stretched, never enlarged,
+// never spilling out of a smaller view.
+TEST(RenderOverlay, TheIconIsScaledProportionallyDownAndCentred) {
+    SimulatedMac mac;
+    struct Case { Size view; double side; } cases[] = {{{64, 40}, 40}, {{40, 64}, 40}, {{200, 160}, 128}, {{64, 64}, 64}};
+    for (const auto& c : cases) {
+        auto view = ZVMainBundleIconImageView::initWithFrame({{0, 0}, c.view}, "NSApplicationIcon:Vantro Demo");
+        cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 300, 300);
+        cairo_t* cairo = cairo_create(surface);
+        const Rect rect{{50, 50}, c.view};
+        drawIconView(cairo, rect, *view);
+        auto tile = [&](int x, int y) {
+            auto p = pixelAt(surface, x, y);
+            return p.a > 200 && p.b > 150 && p.r < 150;
+        };
+        // The tile is the icon's square less a 6 % margin on each side.
+        const double inset = c.side * 0.06;
+        // The extent of the tile along the view's middle row and column (the
+        // initial letter inside it is not the tile's colour).
+        int left = 300, right = -1, top = 300, bottom = -1;
+        for (int x = 0; x < 300; ++x)
+            if (tile(x, static_cast<int>(rect.origin.y + c.view.height / 2))) left = std::min(left, x), right = x;
+        for (int y = 0; y < 300; ++y)
+            if (tile(static_cast<int>(rect.origin.x + c.view.width / 2), y)) top = std::min(top, y), bottom = y;
+        const int across = right - left + 1, down = bottom - top + 1;
+        const std::string name = std::to_string(c.view.width) + "x" + std::to_string(c.view.height);
+        EXPECT_NEAR(across, c.side - 2 * inset, 2) << name;
+        EXPECT_NEAR(down, c.side - 2 * inset, 2) << name;
+        EXPECT_NEAR(left, rect.origin.x + (c.view.width - c.side) / 2 + inset, 1.5) << name;
+        EXPECT_NEAR(top, rect.origin.y + (c.view.height - c.side) / 2 + inset, 1.5) << name;
+        cairo_destroy(cairo);
+        cairo_surface_destroy(surface);
+    }
+}
+
 TEST(RenderOverlay, CanvasSkipsPathsThatAreNotNumbersAndWrapsLongText) {
     cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 200, 100);
     cairo_t* cairo = cairo_create(surface);

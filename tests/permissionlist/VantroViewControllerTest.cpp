@@ -336,6 +336,20 @@ TEST(PermissionList, TheRefreshTimerRunsExactlyWhileTheOverlayShows) {
     EXPECT_EQ(mac.runLoop().pendingTimers(), 0u) << mac.timeline().format();
 }
 
+// A list loaded while the overlay already shows refreshes from the start: its
+// observation of the guide begins with the current value, not the next change.
+TEST(PermissionList, AListLoadedUnderAShownOverlayStartsItsTimerAtOnce) {
+    sim::SimulatedMac mac;
+    Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+    ASSERT_GT(runUntilOverlay(mac, true), 0);
+    ListOnMac late(mac);
+    auto timer = late.controller->vantroWatcherTimer();
+    ASSERT_NE(timer, nullptr);
+    EXPECT_TRUE(timer->isValid());
+    Vantro::sharedKit()->stop();
+    EXPECT_EQ(late.controller->vantroWatcherTimer(), nullptr);
+}
+
 TEST(PermissionList, ReleasingTheControllerStopsItsTimer) {
     sim::SimulatedMac mac;
     auto controller = VantroViewController::create();

@@ -36,6 +36,54 @@ TEST(SimPrivacy, ProtectedListingsFailWithEpermBeneathCocoa257) {
     }
 }
 
+// The answers of the directories of Full Disk Access on 15, 26 and 27: how
+// each listing fails (0: it lists), without and with Full Disk Access.
+TEST(SimPrivacy, FullDiskAccessDirectoriesAnswerAsTheirRelease) {
+    struct Case {
+        const char* release;
+        const char* directory;
+        int without;
+        int with;
+    } cases[] = {
+        {"15", "Library/Application Support/com.apple.TCC", EPERM, 0},
+        {"26", "Library/Application Support/com.apple.TCC", EPERM, 0},
+        {"27", "Library/Application Support/com.apple.TCC", EPERM, EPERM},
+        {"26", "Library/Cookies", EPERM, 0},
+        {"27", "Library/Cookies", ENOENT, 0},
+        {"27", "Library/Containers/com.apple.mail", ENOENT, 0},
+        {"27", "Library/Safari", EPERM, 0},
+        {"27", "Library/Mail", EPERM, 0},
+        {"27", "Library/Messages", EPERM, 0},
+    };
+    for (const auto& c : cases) {
+        SimulatedMac mac(MacConfiguration{.release = c.release});
+        const std::string path = mac.homeDirectory() + "/" + c.directory;
+        for (bool held : {false, true}) {
+            mac.privacy().setFullDiskAccess(held);
+            const int expected = held ? c.with : c.without;
+            PlatformError error;
+            auto listing = mac.fileSystem().contentsOfDirectoryAtPath(path, &error);
+            const std::string name = std::string(c.release) + " " + c.directory + (held ? " held" : "");
+            if (expected == 0) {
+                ASSERT_TRUE(listing.has_value()) << name;
+                EXPECT_FALSE(listing->empty()) << name << ": what the system keeps there";
+                continue;
+            }
+            ASSERT_FALSE(listing.has_value()) << name;
+            ASSERT_NE(error.underlying, nullptr) << name;
+            EXPECT_EQ(error.underlying->code, expected) << name;
+            // Told to, the Mac lists an EPERM refusal as empty; ENOENT stays.
+            mac.privacy().setRefusedListingsLookEmpty(true);
+            auto hidden = mac.fileSystem().contentsOfDirectoryAtPath(path, nullptr);
+            EXPECT_EQ(hidden.has_value(), expected == EPERM) << name;
+            if (hidden) {
+                EXPECT_TRUE(hidden->empty()) << name;
+            }
+            mac.privacy().setRefusedListingsLookEmpty(false);
+        }
+    }
+}
+
 TEST(SimPrivacy, FoldersAskOnTheFirstListingFromCatalinaAndRemember) {
     {
         SimulatedMac mojave(MacConfiguration{.release = "10.14"});

@@ -119,6 +119,26 @@ TEST(RequestTypes, AMissingResourceIsLookedForAgainUntilItAppears) {
     EXPECT_EQ(typeOfFullDiskAccess(), 1);  // kept for the process
 }
 
+// Each service the system asks for is answered by its own consent, never by
+// another's: the user who allowed only Reminders has Reminders and nothing
+// else, and so on.
+TEST(StatusDispatch, EachServiceIsAnsweredByItsOwnConsent) {
+    const std::pair<PrivacyCategoryIdentifier, sim::PromptedService> services[] = {
+        {VantroPrivacyCalendars, sim::PromptedService::Calendars},
+        {VantroPrivacyReminders, sim::PromptedService::Reminders},
+        {VantroPrivacyContacts, sim::PromptedService::Contacts},
+        {VantroPrivacyPhotos, sim::PromptedService::Photos},
+    };
+    for (const auto& [allowed, service] : services) {
+        sim::SimulatedMac mac;
+        mac.privacy().setConsent(service, sim::Consent::Authorized);
+        auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
+        for (const auto& [identifier, unused] : services)
+            EXPECT_EQ(center->privacyAuthorizationStatusForIdentifier(identifier), identifier == allowed ? 2 : 0)
+                << "only " << allowed << " allowed; asked for " << identifier;
+    }
+}
+
 // The shipped table: what the user grants by hand, and what the system asks for.
 TEST(RequestTypes, TheShippedTableSaysHowEachCategoryIsObtained) {
     sim::SimulatedMac mac;

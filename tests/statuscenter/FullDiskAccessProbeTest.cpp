@@ -75,6 +75,56 @@ TEST(FullDiskAccessProbe, VerdictTable) {
     }
 }
 
+// How the protected directories answer, release by release, and what the
+// probe makes of it: the false "denied" of 27 (the privacy database's folder
+// refused to a holder of Full Disk Access) and the false "granted" of an empty
+// listing taken for access. Below 26 the plain probe's answers stand, even the
+// empty listing's.
+TEST(FullDiskAccessProbe, ReleaseTable) {
+    enum Answers { AsTheSystem, RefusedListEmpty, DatabaseFolderGone, DatabaseFolderEmpty, DatabaseFolderRefused, OnlyMailEmpty };
+    struct Case {
+        const char* release;
+        bool holdsFullDiskAccess;
+        Answers answers;
+        bool verdict;
+        std::size_t listings;
+    } cases[] = {
+        {"15", true, AsTheSystem, true, 8},
+        {"15", false, AsTheSystem, false, 1},
+        {"15", false, RefusedListEmpty, true, 8},  // the plain probe, kept as it was below 26
+        {"15", true, DatabaseFolderEmpty, true, 8},
+        {"26", true, AsTheSystem, true, 8},
+        {"26", false, AsTheSystem, false, 1},
+        {"26", false, RefusedListEmpty, false, 1},  // the database's folder is never empty when readable
+        {"26", true, DatabaseFolderEmpty, false, 1},
+        {"26", true, DatabaseFolderRefused, false, 1},  // its refusal still decides on 26
+        {"26", false, DatabaseFolderGone, false, 1},  // the next folder refuses
+        {"26", true, OnlyMailEmpty, true, 8},  // an empty folder beside full ones decides nothing
+        {"27", true, AsTheSystem, true, 7},  // the database's folder is not listed
+        {"27", true, DatabaseFolderGone, true, 7},
+        {"27", false, AsTheSystem, false, 4},  // three ENOENTs, then Mail's EPERM
+        {"27", false, RefusedListEmpty, false, 7},  // nothing listed with contents
+        {"27", false, DatabaseFolderGone, false, 4},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac(sim::MacConfiguration{.release = c.release});
+        mac.privacy().setFullDiskAccess(c.holdsFullDiskAccess);
+        const std::string database = protectedDirectories()[0];
+        switch (c.answers) {
+        case AsTheSystem: break;
+        case RefusedListEmpty: mac.privacy().setRefusedListingsLookEmpty(true); break;
+        case DatabaseFolderGone: mac.fileSystem().setHomeEntry(database, SimFileSystem::Entry::Missing); break;
+        case DatabaseFolderEmpty: mac.fileSystem().setHomeEntry(database, SimFileSystem::Entry::Directory); break;
+        case DatabaseFolderRefused: mac.fileSystem().setListingError("~/" + database, EPERM); break;
+        case OnlyMailEmpty: mac.fileSystem().setHomeEntry("Library/Mail", SimFileSystem::Entry::Directory); break;
+        }
+        const std::string name = std::string(c.release) + (c.holdsFullDiskAccess ? " held " : " not held ") + std::to_string(c.answers);
+        EXPECT_EQ(S::hasFullDiskAccess(), c.verdict) << name;
+        EXPECT_EQ(S::hasFullDiskAccess(), c.verdict) << name;
+        EXPECT_EQ(mac.fileSystem().listingCount(), c.listings) << name << ": one probe per pass";
+    }
+}
+
 TEST(FullDiskAccessProbe, TheDirectoriesAreTheEightInOrderExpandedAndStandardised) {
     sim::SimulatedMac mac;
     mac.privacy().setFullDiskAccess(true);

@@ -204,6 +204,14 @@ typedef NSString *NSWorkspaceLaunchConfigurationKey;
                                                     error:(NSError **)error;
 @end
 
+// NSTask's URL-based launch, which replaced launchPath and launch in 10.13.
+// Checked against developer.apple.com/documentation/foundation/process/executableurl
+// (`URL?`, macOS 10.13+) and .../process/run() (`throws`, macOS 10.13+).
+@interface NSTask (VantroAppleAdditions)
+@property (nullable, copy) NSURL *executableURL;
+- (BOOL)launchAndReturnError:(NSError **)error;
+@end
+
 APPKIT_EXTERN NSNotificationName const NSWorkspaceDidActivateApplicationNotification;
 APPKIT_EXTERN NSString *const NSWorkspaceApplicationKey;
 
