@@ -106,7 +106,8 @@ public:
     // +[EKEventStore authorizationStatusForEntityType:].
     virtual long eventStoreAuthorizationStatus(long entityType) = 0;
     // -[EKEventStore requestAccessToEntityType:completion:] on an event store
-    // made for this request alone and released when this returns. May raise
+    // made for this request alone, kept until its answer has come and
+    // released after it. May raise
     // the system's prompt. `completion` receives `granted` and the error (null
     // when there is none) on a system queue.
     virtual void requestEventStoreAccess(long entityType,
