@@ -70,6 +70,13 @@ std::optional<std::string> SimBundle::pathForResource(std::string_view name, std
     return std::nullopt;
 }
 
+std::optional<Value> SimBundle::objectForInfoDictionaryKey(std::string_view key) const {
+    auto info = PropertyListFile::read(bundlePath_ + "/Contents/Info.plist");
+    const Value* value = info ? info->find(key) : nullptr;
+    if (!value) return std::nullopt;
+    return *value;
+}
+
 std::string SimBundle::localizedString(std::string_view key, std::string_view value,
                                        std::optional<std::string_view> table) const {
     std::string tableName = table && !table->empty() ? std::string(*table) : std::string("Localizable");

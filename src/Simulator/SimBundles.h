@@ -28,6 +28,9 @@ public:
     // changed on disk afterwards is not seen by this bundle.
     std::string localizedString(std::string_view key, std::string_view value,
                                 std::optional<std::string_view> table) const override;
+    // From Contents/Info.plist, read afresh at each call (a test may change
+    // the host's), without localization.
+    std::optional<Value> objectForInfoDictionaryKey(std::string_view key) const override;
 
     const std::string& resourcesPath() const { return resourcesPath_; }
 

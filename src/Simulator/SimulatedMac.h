@@ -121,6 +121,12 @@ public:
     std::string homeDirectory() const { return home_; }
     std::string hostBundlePath() const { return hostBundle_; }
 
+    // The usage descriptions the host's Info.plist carries: every one the
+    // framework may need, unless a test removes one.
+    static const std::vector<std::string>& usageDescriptionKeys();
+    // Sets `key` of the host's Info.plist to `value`, or removes it (nullopt).
+    void setHostInfoValue(std::string_view key, std::optional<Value> value);
+
     // Makes a folder (and its parents) under the home directory.
     void makeHomeDirectory(std::string_view relativePath);
 

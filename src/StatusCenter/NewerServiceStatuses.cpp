@@ -95,6 +95,7 @@ PrivacyAuthorizationStatus VantroRequestStatusCenter::captureDeviceStatus(Privac
 void VantroRequestStatusCenter::requestCaptureDevice(PrivacyCategoryIdentifier identifier, std::string_view mediaType,
                                                      bool silent) {
     if (!systemHasNewerPrivacyCategory(identifier)) return;
+    if (!hostDeclaresUsageDescription(identifier)) return;
     auto* runLoop = &platform().runLoop();
     // As for Calendars: the answer touches nothing until it is back on the
     // main queue, and keeps the status center alive until then.
@@ -130,6 +131,7 @@ PrivacyAuthorizationStatus VantroRequestStatusCenter::bluetoothAuthorizationStat
 
 void VantroRequestStatusCenter::requestBluetoothAuthorization(bool silent) {
     if (!systemHasNewerPrivacyCategory(VantroPrivacyBluetooth)) return;
+    if (!hostDeclaresUsageDescription(VantroPrivacyBluetooth)) return;
     auto* runLoop = &platform().runLoop();
     platform().services().requestBluetoothAccess([self = retainedSelf(), runLoop, silent](long authorization) {
         runLoop->dispatchAsyncMain([self, authorization, silent] {
