@@ -7,6 +7,7 @@
 #include "PermissionList/VantroRequestButtonTableCellView.h"
 #include "Platform/HostProcess.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
+#include "Vocabulary/Layouts.h"
 #include "Vocabulary/NewerPrivacyCategories.h"
 
 namespace vantro {
@@ -95,6 +96,17 @@ void VantroViewController::setReasonStrings(std::optional<ReasonStrings> reasons
 void VantroViewController::setPrivacyCategories(std::vector<PrivacyCategoryRecordPtr> rows) {
     privacyCategories_ = std::move(rows);
     didChangeValueForKey(PrivacyCategoriesKey);
+}
+
+std::shared_ptr<Bundle> VantroViewController::nibBundle() const {
+    return HostProcess::current().platform().bundles().frameworkBundle();
+}
+
+std::optional<std::string> VantroViewController::nibNameToLoad() const {
+    std::string name = nibNameForClassName(viewNibName());
+    auto bundle = nibBundle();
+    if (!bundleHoldsCompiledNib(bundle.get(), name)) return std::nullopt;
+    return name;
 }
 
 void VantroViewController::viewDidLoad() {

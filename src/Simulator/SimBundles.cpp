@@ -52,6 +52,7 @@ std::vector<std::string> SimBundle::languageOrder() const {
 
 std::optional<std::string> SimBundle::pathForResource(std::string_view name, std::string_view type,
                                                       std::optional<std::string_view> localization) const {
+    if (type == "nib" && xibsStandForNibs_) return pathForResource(name, "xib", localization);
     std::string file = std::string(name) + (type.empty() ? "" : "." + std::string(type));
     // Global resources come first and serve every localization, as in
     // pathForResource:ofType:inDirectory:forLocalization:; a localization
@@ -96,6 +97,7 @@ std::shared_ptr<Bundle> SimBundles::frameworkBundle() {
     if (!framework_) {
         auto resources = mac_.configuration().resourcesDirectory;
         framework_ = std::make_shared<SimBundle>(mac_, resources, resources);
+        framework_->setXibsStandForNibs(mac_.configuration().layoutsCompiled);
     }
     return framework_;
 }

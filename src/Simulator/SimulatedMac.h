@@ -43,6 +43,11 @@ struct MacConfiguration {
     std::vector<std::string> languages = {"en"};
     // The framework's resources: the project's Resources folder by default.
     std::string resourcesDirectory;
+    // Whether the framework's layouts were compiled (CMake's ibtool, Xcode);
+    // false as under a plain `swift build`, which copies the .xib files as
+    // they are and leaves no .nib to load. The simulated Mac reads a
+    // compiled layout from its .xib.
+    bool layoutsCompiled = true;
     bool userDatabaseHasEntry = true;
     bool staticCodeCreationFails = false;
     bool requirementCreationFails = false;
