@@ -174,7 +174,8 @@ public:
     virtual std::optional<long> hidCheckAccess(long requestType) = 0;
     // IOHIDRequestAccess(requestType): the system's prompt while undecided,
     // which offers the privacy settings; blocks the calling thread until the
-    // user answers. Whether access was granted.
+    // user answers. Whether access was granted. Called on a background
+    // thread, never on the main thread, which it would hang.
     virtual std::optional<bool> hidRequestAccess(long requestType) = 0;
     // +[AVCaptureDevice authorizationStatusForMediaType:] for AVMediaTypeVideo
     // or AVMediaTypeAudio: an AVAuthorizationStatus.

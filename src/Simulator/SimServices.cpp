@@ -359,6 +359,12 @@ std::optional<long> SimServices::hidCheckAccess(long requestType) {
 std::optional<bool> SimServices::hidRequestAccess(long requestType) {
     if (!availability_.hidAccess) return std::nullopt;
     send("IOHIDRequestAccess " + std::to_string(requestType));
+    // The call waits for the user: on the main thread the host hangs until
+    // then, which the simulated Mac notes.
+    if (mac_.runLoop().isMainThread()) {
+        ++mainThreadBlockingCalls_;
+        mac_.record("system", "IOHIDRequestAccess blocks the main thread: the host hangs until the user answers");
+    }
     if (requestType != kIOHIDRequestTypeListenEvent) return false;
     auto& privacy = mac_.privacy();
     Consent consent = privacy.consent(PromptedService::InputMonitoring);

@@ -139,6 +139,8 @@ public:
     static Data bookmarkDataForPath(std::string_view path);
 
     const std::vector<std::string>& messages() const { return messages_; }
+    // How often a call that waits for the user was made on the main thread.
+    int mainThreadBlockingCalls() const { return mainThreadBlockingCalls_; }
     std::size_t count(std::string_view message) const;
     // How often a bundle path was loaded.
     int loads(std::string_view path) const;
@@ -166,6 +168,7 @@ private:
     bool assetsLibraryServicesLoaded_ = false;
     bool addressBookPromptPending_ = false;
     bool screenCapturePromptShown_ = false;
+    int mainThreadBlockingCalls_ = 0;
 };
 
 }  // namespace vantro::sim

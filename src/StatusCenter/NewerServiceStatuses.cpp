@@ -82,7 +82,17 @@ void VantroRequestStatusCenter::requestInputMonitoringAuthorization(bool silent)
         if (!silent) Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyInputMonitoring);
         return;
     }
-    services.hidRequestAccess(kIOHIDRequestTypeListenEvent);
+    // The system's request blocks its thread until the user answers, so it
+    // is made on a background queue; its answer comes back to the main queue
+    // as every system answer does. One request waits for the user at a time:
+    // a second click meanwhile asks nothing more.
+    if (inputMonitoringRequestPending_) return;
+    inputMonitoringRequestPending_ = true;
+    auto* runLoop = &platform().runLoop();
+    runLoop->dispatchAsyncBackground([self = retainedSelf(), services = &services, runLoop] {
+        services->hidRequestAccess(kIOHIDRequestTypeListenEvent);
+        runLoop->dispatchAsyncMain([self] { self->inputMonitoringRequestPending_ = false; });
+    });
 }
 
 PrivacyAuthorizationStatus VantroRequestStatusCenter::captureDeviceStatus(PrivacyCategoryIdentifier identifier,

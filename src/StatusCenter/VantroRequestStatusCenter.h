@@ -147,6 +147,9 @@ private:
     PrivacyAuthorizationStatus captureDeviceStatus(PrivacyCategoryIdentifier identifier, std::string_view mediaType);
     void requestCaptureDevice(PrivacyCategoryIdentifier identifier, std::string_view mediaType, bool silent);
 
+    // Whether the system's Input Monitoring request waits for the user on a
+    // background thread. Main thread only.
+    bool inputMonitoringRequestPending_ = false;
     std::atomic<bool> allowPotentiallyVerboseRechecks_{true};
     bool canRelyOnPLPrivacyValue_ = true;
 };

@@ -5,8 +5,8 @@
 // performs (performSelector:withObject:afterDelay:, default mode) keyed by the
 // caller's target and selector, each key with a perform target of its own so
 // that cancelPreviousPerformRequestsWithTarget: drops exactly that key's
-// requests, and kept only while it has performs pending; the main queue
-// through libdispatch (async and after); the main
+// requests, and kept only while it has performs pending; the main queue and
+// the default global queue through libdispatch (async and after); the main
 // thread and the current run-loop mode; the NSTimer behind a timer
 // (MacRunLoop.h).
 // Known gaps: none.
@@ -146,6 +146,12 @@ public:
 
     void dispatchAsyncMain(std::function<void()> work) override {
         dispatch_async(dispatch_get_main_queue(), ^{
+          work();
+        });
+    }
+
+    void dispatchAsyncBackground(std::function<void()> work) override {
+        dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_DEFAULT, 0), ^{
           work();
         });
     }
