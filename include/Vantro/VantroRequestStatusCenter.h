@@ -12,6 +12,25 @@ NS_ASSUME_NONNULL_BEGIN
 ///
 /// A subclass may redefine any per-service operation (the status and request
 /// of one service); dispatch by identifier then runs the subclass's.
+///
+/// Usage descriptions. The system ends a host that asks for some categories
+/// without the matching key in its Info.plist, so before each such request
+/// the status center reads the key the running release needs; when it is
+/// missing it asks nothing, writes "Privacy category usage description
+/// missing from Info.plist: <key>" to the system log, and the status stays
+/// as it was. The keys a host must add, per category:
+///
+/// - Calendars: NSCalendarsUsageDescription (10.14 to 13) and
+///   NSCalendarsFullAccessUsageDescription (14 and later);
+/// - Reminders: NSRemindersUsageDescription (10.14 to 13) and
+///   NSRemindersFullAccessUsageDescription (14 and later);
+/// - Contacts: NSContactsUsageDescription;
+/// - Photos: NSPhotoLibraryUsageDescription;
+/// - Camera: NSCameraUsageDescription;
+/// - Microphone: NSMicrophoneUsageDescription;
+/// - Bluetooth: NSBluetoothAlwaysUsageDescription (macOS 11 and later).
+///
+/// Before 10.14 the system asks without looking for them.
 NS_SWIFT_UI_ACTOR
 @interface VantroRequestStatusCenter : NSObject
 

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "Guide/GuideProcessState.h"
 #include "Guide/Vantro.h"
 #include "Overlay/VantroWindowController.h"
@@ -73,10 +75,14 @@ void Vantro::addMonitor() {
         NSEventMaskLeftMouseDown | NSEventMaskLeftMouseUp | NSEventMaskLeftMouseDragged, handler);
 }
 
-void Vantro::removeMonitor() {
-    if (!monitor_) return;
-    HostProcess::current().platform().windows().removeMonitor(monitor_);
-    monitor_ = nullptr;
+void Vantro::removeMonitor() { setMonitor(nullptr); }
+
+void Vantro::setMonitor(std::shared_ptr<EventMonitor> monitor) {
+    if (monitor == monitor_) return;
+    // The token is let go before the system is asked, so that nothing the
+    // removal sets off finds it still here.
+    auto replaced = std::exchange(monitor_, std::move(monitor));
+    if (replaced) HostProcess::current().platform().windows().removeMonitor(replaced);
 }
 
 }  // namespace vantro

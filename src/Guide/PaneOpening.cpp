@@ -1,8 +1,20 @@
+#include <utility>
+
 #include "Guide/GuideProcessState.h"
 #include "Guide/Vantro.h"
 #include "Platform/AppleEvents.h"
 
 namespace vantro {
+
+namespace {
+
+// Anchors that System Settings knows under another name. Every other anchor
+// the framework sends is the same in both applications.
+constexpr std::pair<std::string_view, std::string_view> systemSettingsAnchors[] = {
+    {VantroPrivacyDiagnostics, "Privacy_Analytics"},
+};
+
+}  // namespace
 
 bool Vantro::openPrivacyPreferencesWithAnchor(std::optional<std::string_view> anchor) {
     auto& process = HostProcess::current();
@@ -20,6 +32,10 @@ bool Vantro::openPrivacyPreferencesWithAnchor(std::optional<std::string_view> an
     // has a Files and Folders list, which is where they are switched on.
     if (state.folderAnchors->count(chosen)) chosen = systemSettings ? std::string(VantroPrivacyFilesAndFolders) : "Privacy";
     if (flooredAppKitVersion() > 1265.0 && chosen == VantroPrivacyAssistive) chosen = std::string(VantroPrivacyAccessibility);
+    if (systemSettings) {
+        for (const auto& [old, renamed] : systemSettingsAnchors)
+            if (chosen == old) chosen = std::string(renamed);
+    }
 
     std::string url = std::string(systemSettings ? SystemSettingsPrivacyURLPrefix : SystemPreferencesPrivacyURLPrefix) + chosen;
     bool opened = process.platform().workspace().openURL(url);

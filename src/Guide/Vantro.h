@@ -140,10 +140,12 @@ public:
     RunningApplicationPtr hostApplication() const { return hostApplication_; }
     void setHostApplication(RunningApplicationPtr application) { hostApplication_ = std::move(application); }
     // The global mouse monitor's token while the monitor is installed. The
-    // setter is plain: it neither installs nor removes a monitor; removeMonitor
-    // removes whichever token is set.
+    // setter installs nothing; a token it replaces is removed from the
+    // system, once, so that no monitor outlives its place here. Setting the
+    // token already set changes nothing. removeMonitor removes whichever
+    // token is set.
     const std::shared_ptr<EventMonitor>& monitor() const { return monitor_; }
-    void setMonitor(std::shared_ptr<EventMonitor> monitor) { monitor_ = std::move(monitor); }
+    void setMonitor(std::shared_ptr<EventMonitor> monitor);
     // The overlay's controller, made on the first placement and kept. The
     // setter loads, shows and hides nothing; as "isOverlayShown" depends on
     // "windowController.window.visible", it follows the new controller's

@@ -1,7 +1,9 @@
 #include "Overlay/VantroWindowController.h"
 
 #include "Overlay/ZVMainBundleIconImageView.h"
+#include "Platform/Bundles.h"
 #include "Platform/HostProcess.h"
+#include "Vocabulary/Layouts.h"
 
 namespace vantro {
 
@@ -14,7 +16,15 @@ constexpr char VantroIconViewInDragContext[] = "VantroIconViewInDragContext";
 
 std::shared_ptr<VantroWindowController> VantroWindowController::initWithWindowNibName(std::string_view nibName) {
     auto controller = std::make_shared<VantroWindowController>();
-    OverlayLayout layout = HostProcess::current().platform().windows().loadWindowNib(nibName, *controller);
+    // Looked for where the platform looks: the framework's bundle, then the
+    // host's. A layout in neither gives the controller no window.
+    auto& platform = HostProcess::current().platform();
+    auto framework = platform.bundles().frameworkBundle();
+    if (!(framework && framework->pathForResource(nibName, "nib"))) {
+        auto main = platform.bundles().mainBundle();
+        if (!bundleHoldsCompiledNib(main.get(), nibName)) return controller;
+    }
+    OverlayLayout layout = platform.windows().loadWindowNib(nibName, *controller);
     controller->window_ = std::move(layout.window);
     controller->setUnlockMessageField(layout.unlockMessageField);
     if (layout.iconView) controller->setIconView(layout.iconView);

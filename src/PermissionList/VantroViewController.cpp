@@ -5,6 +5,7 @@
 #include "Platform/HostProcess.h"
 #include "StatusCenter/PrivacyCategoryCatalog.h"
 #include "StatusCenter/VantroRequestStatusCenter.h"
+#include "Vocabulary/Layouts.h"
 
 namespace vantro {
 
@@ -53,6 +54,17 @@ void VantroViewController::setReasonStrings(std::optional<ReasonStrings> reasons
 void VantroViewController::setPrivacyCategories(std::vector<PrivacyCategoryRecordPtr> rows) {
     privacyCategories_ = std::move(rows);
     didChangeValueForKey(PrivacyCategoriesKey);
+}
+
+std::shared_ptr<Bundle> VantroViewController::nibBundle() const {
+    return HostProcess::current().platform().bundles().frameworkBundle();
+}
+
+std::optional<std::string> VantroViewController::nibNameToLoad() const {
+    std::string name = nibNameForClassName(viewNibName());
+    auto bundle = nibBundle();
+    if (!bundleHoldsCompiledNib(bundle.get(), name)) return std::nullopt;
+    return name;
 }
 
 void VantroViewController::viewDidLoad() {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/Bundles.h"
 #include "Platform/SharedOwnership.h"
 #include "Platform/Controls.h"
 #include "Platform/Observation.h"
@@ -46,6 +47,15 @@ public:
     // controller's own class's name, "VantroViewController" here. A subclass
     // with a layout of its own overrides this with its class's name.
     virtual std::string viewNibName() const { return "VantroViewController"; }
+    // The bundle that holds the layout: the framework's. A shell whose
+    // subclass keeps its layout elsewhere answers that bundle.
+    virtual std::shared_ptr<Bundle> nibBundle() const;
+    // What the platform loads the view from: viewNibName() without a Swift
+    // module prefix, when nibBundle() holds that layout compiled. nullopt,
+    // after one line to the system log, when it does not: the platform then
+    // gives the controller an empty view and loads nothing, so the list
+    // shows no rows rather than raising.
+    std::optional<std::string> nibNameToLoad() const;
 
     const std::vector<std::string>& requestedPrivacyCategoryIdentifiers() const { return requestedIdentifiers_; }
     // Stores the identifiers and, once the view is loaded, rebuilds at once.

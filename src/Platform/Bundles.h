@@ -32,6 +32,10 @@ public:
     // the key itself when `value` is empty. No table means "Localizable".
     virtual std::string localizedString(std::string_view key, std::string_view value,
                                         std::optional<std::string_view> table) const = 0;
+    // objectForInfoDictionaryKey:: the value of `key` in the bundle's
+    // Info.plist (localized where the bundle localizes it); nullopt when the
+    // key is missing.
+    virtual std::optional<Value> objectForInfoDictionaryKey(std::string_view key) const = 0;
 };
 
 // Finding bundles and reading their files. Main thread.

@@ -20,8 +20,9 @@ public:
     virtual bool isValid() const = 0;
 };
 
-// The main run loop and the main dispatch queue. Every operation is called on
-// the main thread, except dispatchAsyncMain, which any thread may call.
+// The main run loop, the main dispatch queue and a global queue. Every
+// operation is called on the main thread, except dispatchAsyncMain and
+// dispatchAsyncBackground, which any thread may call.
 // Timers and delayed performs run only while the run loop runs in its default
 // mode (not while a modal alert runs it); main-queue blocks run in the common
 // modes, modal ones included. Work due at the same instant runs in the order
@@ -48,6 +49,11 @@ public:
 
     // dispatch_async on the main queue. Safe from any thread.
     virtual void dispatchAsyncMain(std::function<void()> work) = 0;
+    // dispatch_async on a global queue: `work` runs soon on a thread other
+    // than the main thread, which it may block (a system call that waits for
+    // the user). What it hands back to the framework goes through
+    // dispatchAsyncMain. Safe from any thread.
+    virtual void dispatchAsyncBackground(std::function<void()> work) = 0;
     // dispatch_after on the main queue, `seconds` from now.
     virtual void dispatchAfterMain(double seconds, std::function<void()> work) = 0;
 

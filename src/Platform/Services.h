@@ -106,7 +106,8 @@ public:
     // +[EKEventStore authorizationStatusForEntityType:].
     virtual long eventStoreAuthorizationStatus(long entityType) = 0;
     // -[EKEventStore requestAccessToEntityType:completion:] on an event store
-    // made for this request alone and released when this returns. May raise
+    // made for this request alone, kept until its answer has come and
+    // released after it. May raise
     // the system's prompt. `completion` receives `granted` and the error (null
     // when there is none) on a system queue.
     virtual void requestEventStoreAccess(long entityType,
@@ -173,7 +174,8 @@ public:
     virtual std::optional<long> hidCheckAccess(long requestType) = 0;
     // IOHIDRequestAccess(requestType): the system's prompt while undecided,
     // which offers the privacy settings; blocks the calling thread until the
-    // user answers. Whether access was granted.
+    // user answers. Whether access was granted. Called on a background
+    // thread, never on the main thread, which it would hang.
     virtual std::optional<bool> hidRequestAccess(long requestType) = 0;
     // +[AVCaptureDevice authorizationStatusForMediaType:] for AVMediaTypeVideo
     // or AVMediaTypeAudio: an AVAuthorizationStatus.

@@ -50,7 +50,9 @@ public:
     // nullptr when the system refuses the monitor.
     virtual std::shared_ptr<EventMonitor> addGlobalMonitorForEventsMatchingMask(std::uint64_t mask,
                                                                                  std::function<void(const Event&)> handler) = 0;
-    // NSEvent removeMonitor:.
+    // NSEvent removeMonitor:, once per token: a token already removed is not
+    // handed to the system again (what a second removal does is not said).
+    // The platform hands out one token object per installed monitor.
     virtual void removeMonitor(const std::shared_ptr<EventMonitor>& monitor) = 0;
 };
 

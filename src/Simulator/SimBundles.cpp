@@ -52,6 +52,7 @@ std::vector<std::string> SimBundle::languageOrder() const {
 
 std::optional<std::string> SimBundle::pathForResource(std::string_view name, std::string_view type,
                                                       std::optional<std::string_view> localization) const {
+    if (type == "nib" && xibsStandForNibs_) return pathForResource(name, "xib", localization);
     std::string file = std::string(name) + (type.empty() ? "" : "." + std::string(type));
     // Global resources come first and serve every localization, as in
     // pathForResource:ofType:inDirectory:forLocalization:; a localization
@@ -68,6 +69,13 @@ std::optional<std::string> SimBundle::pathForResource(std::string_view name, std
         if (isRegularFile(p)) return p.string();
     }
     return std::nullopt;
+}
+
+std::optional<Value> SimBundle::objectForInfoDictionaryKey(std::string_view key) const {
+    auto info = PropertyListFile::read(bundlePath_ + "/Contents/Info.plist");
+    const Value* value = info ? info->find(key) : nullptr;
+    if (!value) return std::nullopt;
+    return *value;
 }
 
 std::string SimBundle::localizedString(std::string_view key, std::string_view value,
@@ -89,6 +97,7 @@ std::shared_ptr<Bundle> SimBundles::frameworkBundle() {
     if (!framework_) {
         auto resources = mac_.configuration().resourcesDirectory;
         framework_ = std::make_shared<SimBundle>(mac_, resources, resources);
+        framework_->setXibsStandForNibs(mac_.configuration().layoutsCompiled);
     }
     return framework_;
 }

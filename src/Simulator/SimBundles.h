@@ -28,8 +28,14 @@ public:
     // changed on disk afterwards is not seen by this bundle.
     std::string localizedString(std::string_view key, std::string_view value,
                                 std::optional<std::string_view> table) const override;
+    // From Contents/Info.plist, read afresh at each call (a test may change
+    // the host's), without localization.
+    std::optional<Value> objectForInfoDictionaryKey(std::string_view key) const override;
 
     const std::string& resourcesPath() const { return resourcesPath_; }
+    // Whether a layout's .xib stands for its compiled .nib, as in the
+    // framework's bundle once its layouts are compiled.
+    void setXibsStandForNibs(bool stand) { xibsStandForNibs_ = stand; }
 
 private:
     std::vector<std::string> languageOrder() const;
@@ -37,6 +43,7 @@ private:
     SimulatedMac& mac_;
     std::string bundlePath_;
     std::string resourcesPath_;
+    bool xibsStandForNibs_ = false;
     // The tables read so far, by file path; nullopt for one that did not read.
     mutable std::map<std::string, std::optional<Value>, std::less<>> stringsTables_;
 };

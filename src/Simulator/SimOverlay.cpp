@@ -280,7 +280,9 @@ bool SimOverlayWindow::sendMouseDown(const Event& event, std::deque<Event> follo
 OverlayLayout loadOverlayLayout(SimulatedMac& mac, std::string_view nibName, VantroWindowController& owner) {
     const std::string name(nibName);
     auto bundle = mac.bundles().frameworkBundle();
-    auto path = bundle ? bundle->pathForResource(nibName, "xib") : std::nullopt;
+    // AppKit's window controller only logs a layout it cannot find, and has
+    // no window then.
+    auto path = bundle ? bundle->pathForResource(nibName, "nib") : std::nullopt;
     if (!path) {
         mac.record("overlay", "the layout " + name + " is missing");
         return {};

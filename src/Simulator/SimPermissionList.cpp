@@ -221,22 +221,22 @@ SimPermissionList::~SimPermissionList() { close(); }
 void SimPermissionList::loadView() {
     if (triedLoading_ || !controller_) return;
     triedLoading_ = true;
-    if (!loadLayout()) {
+    auto name = controller_->nibNameToLoad();
+    if (name && !loadLayout(*name)) {
         release();
         return;
     }
     loaded_ = true;
-    mac_.record("list", "view loaded");
+    mac_.record("list", name ? "view loaded" : "view loaded empty, without a layout");
     controller_->didLoadView();
 }
 
-bool SimPermissionList::loadLayout() {
-    const std::string name = controller_->viewNibName();
-    auto bundle = mac_.bundles().frameworkBundle();
-    auto path = bundle ? bundle->pathForResource(name, "xib") : std::nullopt;
+bool SimPermissionList::loadLayout(const std::string& name) {
+    auto bundle = controller_->nibBundle();
+    auto path = bundle ? bundle->pathForResource(name, "nib") : std::nullopt;
     if (!path) {
-        mac_.record("list", "the layout " + name + " is missing; the view does not load");
-        return false;
+        mac_.record("list", "raises: could not load the nib " + name);
+        throw NibLoadFailure("-[NSViewController loadView] could not load the \"" + name + "\" nib.");
     }
     auto nib = readListNib(*path);
     if (!nib) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -162,6 +163,14 @@ private:
 // load and the timeline says why. Everything else the layout leaves out
 // shows in what the user sees: a table without content binding shows no
 // rows, a cell view that is not found gives its row no view, and so on.
+// What NSViewController raises when the layout it is told to load is not
+// there ("could not load the nib"). Nothing of the framework catches it: a
+// test that meets it fails, as the host would have.
+class NibLoadFailure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 class SimPermissionList {
 public:
     SimPermissionList(SimulatedMac& mac, std::shared_ptr<VantroViewController> controller);
@@ -169,8 +178,11 @@ public:
     SimPermissionList& operator=(const SimPermissionList&) = delete;
     ~SimPermissionList();
 
-    // Loads the view once: the layout's objects, outlets and bindings, then
-    // the controller's viewDidLoad. A layout that does not load leaves the
+    // Loads the view once, as the list's Objective-C class does: the layout
+    // the controller names (nibNameToLoad) with its objects, outlets and
+    // bindings, or an empty view when the controller names none; then the
+    // controller's viewDidLoad. Loading a layout that is not there raises
+    // NibLoadFailure, as AppKit does. A layout that does not load leaves the
     // view unloaded; later calls try nothing more.
     void loadView();
     // Puts the window on screen (loading the view first when needed); a view
@@ -209,7 +221,7 @@ public:
     void recordRowsIfChanged();
 
 private:
-    bool loadLayout();
+    bool loadLayout(const std::string& name);
     void release();
 
     SimulatedMac& mac_;

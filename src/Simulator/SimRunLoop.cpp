@@ -82,6 +82,16 @@ void SimRunLoop::dispatchOnSystemQueue(double delay, std::function<void()> work)
     schedule(now_ + std::max(0.0, delay), Item{Kind::SystemQueue, nullptr, nullptr, {}, std::move(work)});
 }
 
+void SimRunLoop::dispatchAsyncBackground(std::function<void()> work) {
+    // From a thread other than the loop's own, the work waits in the inbox
+    // like main-queue work does, and is sent on from there.
+    if (!ownsLoop()) {
+        dispatchAsyncMain([this, work = std::move(work)]() mutable { dispatchOnSystemQueue(0, std::move(work)); });
+        return;
+    }
+    dispatchOnSystemQueue(0, std::move(work));
+}
+
 void SimRunLoop::scheduleUserEvent(double delay, std::function<void()> work) {
     schedule(now_ + std::max(0.0, delay), Item{Kind::UserEvent, nullptr, nullptr, {}, std::move(work)});
 }

@@ -35,6 +35,8 @@ public:
     // at its next pass.
     void dispatchAsyncMain(std::function<void()> work) override;
     void dispatchAfterMain(double seconds, std::function<void()> work) override;
+    // A global queue's work runs as the system's queues' does (below), now.
+    void dispatchAsyncBackground(std::function<void()> work) override;
     // The main thread is the one that made the loop.
     bool isMainThread() const override { return std::this_thread::get_id() == mainThread_; }
     std::string currentMode() const override { return mode_; }

@@ -140,6 +140,18 @@ bool SimServices::classInstancesRespondToSelector(std::string_view className, st
     return false;
 }
 
+bool SimServices::hostHasUsageDescription(std::string_view key) const {
+    auto value = mac_.bundles().mainBundle()->objectForInfoDictionaryKey(key);
+    return value && value->isString();
+}
+
+void SimServices::requireUsageDescription(std::string_view key, int major, int minor) {
+    if (!releaseAtLeast(mac_, major, minor) || hostHasUsageDescription(key)) return;
+    const std::string why = "the Info.plist has no " + std::string(key) + " (Namespace TCC)";
+    mac_.record("system", "terminates " + mac_.configuration().hostName + ": " + why);
+    throw HostTerminated(mac_.configuration().hostName + " terminated: " + why);
+}
+
 void SimServices::requestService(PromptedService service, std::function<void(bool granted)> answer) {
     auto& privacy = mac_.privacy();
     auto name = std::string(SimPrivacy::serviceName(service));
@@ -187,6 +199,8 @@ void SimServices::requestEventStoreAccess(long entityType,
         });
         return;
     }
+    requireUsageDescription(entityType == EKEntityTypeEvent ? "NSCalendarsUsageDescription" : "NSRemindersUsageDescription",
+                            10, 14);
     auto service = entityType == EKEntityTypeEvent ? PromptedService::Calendars : PromptedService::Reminders;
     requestService(service, [completion](bool granted) { completion(granted, nullptr); });
 }
@@ -196,6 +210,14 @@ void SimServices::requestFullEventStoreAccess(long entityType,
     const bool events = entityType == EKEntityTypeEvent;
     send(events ? "EKEventStore requestFullAccessToEventsWithCompletion:"
                 : "EKEventStore requestFullAccessToRemindersWithCompletion:");
+    if (!hostHasUsageDescription(events ? "NSCalendarsFullAccessUsageDescription" : "NSRemindersFullAccessUsageDescription")) {
+        mac_.record("system", "EventKit answers the full-access request at once, without asking: no usage description");
+        mac_.runLoop().dispatchOnSystemQueue(0, [completion] {
+            PlatformError error{"EKErrorDomain", 0, nullptr};
+            completion(false, &error);
+        });
+        return;
+    }
     requestService(events ? PromptedService::Calendars : PromptedService::Reminders,
                    [completion](bool granted) { completion(granted, nullptr); });
 }
@@ -214,6 +236,7 @@ void SimServices::requestContactsAccess(long entityType,
         mac_.runLoop().dispatchOnSystemQueue(0, [completion] { completion(false, nullptr); });
         return;
     }
+    requireUsageDescription("NSContactsUsageDescription", 10, 14);
     requestService(PromptedService::Contacts, [completion](bool granted) { completion(granted, nullptr); });
 }
 
@@ -267,6 +290,7 @@ long SimServices::photoLibraryAuthorizationStatus() {
 
 void SimServices::requestPhotoLibraryAuthorization(std::function<void(long status)> handler) {
     send("PHPhotoLibrary requestAuthorization:");
+    requireUsageDescription("NSPhotoLibraryUsageDescription", 10, 14);
     requestService(PromptedService::Photos, [this, handler](bool) { handler(photosStatus()); });
 }
 
@@ -339,6 +363,12 @@ std::optional<long> SimServices::hidCheckAccess(long requestType) {
 std::optional<bool> SimServices::hidRequestAccess(long requestType) {
     if (!availability_.hidAccess) return std::nullopt;
     send("IOHIDRequestAccess " + std::to_string(requestType));
+    // The call waits for the user: on the main thread the host hangs until
+    // then, which the simulated Mac notes.
+    if (mac_.runLoop().isMainThread()) {
+        ++mainThreadBlockingCalls_;
+        mac_.record("system", "IOHIDRequestAccess blocks the main thread: the host hangs until the user answers");
+    }
     if (requestType != kIOHIDRequestTypeListenEvent) return false;
     auto& privacy = mac_.privacy();
     Consent consent = privacy.consent(PromptedService::InputMonitoring);
@@ -370,6 +400,8 @@ bool SimServices::requestCaptureDeviceAccess(std::string_view mediaType, std::fu
         mac_.runLoop().dispatchOnSystemQueue(0, [completion] { completion(false); });
         return true;
     }
+    requireUsageDescription(*device == PromptedService::Camera ? "NSCameraUsageDescription" : "NSMicrophoneUsageDescription",
+                            10, 14);
     requestService(*device, std::move(completion));
     return true;
 }
@@ -383,6 +415,7 @@ std::optional<long> SimServices::bluetoothAuthorization() {
 bool SimServices::requestBluetoothAccess(std::function<void(long authorization)> completion) {
     if (!availability_.bluetoothAuthorization) return false;
     send("CBCentralManager initWithDelegate:queue:options:");
+    requireUsageDescription("NSBluetoothAlwaysUsageDescription", 11, 0);
     requestService(PromptedService::Bluetooth,
                    [this, completion](bool) { completion(codeFor(mac_.privacy().consent(PromptedService::Bluetooth))); });
     return true;

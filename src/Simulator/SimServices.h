@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -43,8 +44,23 @@ class SimulatedMac;
 //   no systemPhotoLibraryURL, no AssetsLibraryServices to load; asking for
 //   them is still recorded.
 //
+// - The host's usage descriptions. From 10.14 a request for Calendars,
+//   Reminders, Contacts, Photos, the camera or the microphone, and from
+//   macOS 11 one for Bluetooth, whose Info.plist key the host lacks ends the
+//   process, as the privacy service does ("Namespace TCC"): the simulated
+//   Mac throws HostTerminated. From 14 EventKit's full-access requests
+//   without their own key answer at once, not granted, without asking.
+//
 // Every message the framework sends is kept, in order, for tests ("PLPrivacy
 // sharedInstance", "EKEventStore requestAccessToEntityType: 0", …).
+// The host process ended by the system, as for a request without the usage
+// description it needs. Nothing of the framework catches it: a test that
+// meets it fails, as the host would have died.
+class HostTerminated : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 class SimServices : public Services {
 public:
     explicit SimServices(SimulatedMac& mac);
@@ -126,6 +142,8 @@ public:
     static Data bookmarkDataForPath(std::string_view path);
 
     const std::vector<std::string>& messages() const { return messages_; }
+    // How often a call that waits for the user was made on the main thread.
+    int mainThreadBlockingCalls() const { return mainThreadBlockingCalls_; }
     std::size_t count(std::string_view message) const;
     // How often a bundle path was loaded.
     int loads(std::string_view path) const;
@@ -136,6 +154,10 @@ private:
     // The public code of a consent: 0 not determined, 1 restricted, 2 denied, 3 authorized.
     static long codeFor(Consent consent);
     long photosStatus() const;
+    // Ends the host when its Info.plist lacks `key` and the running release
+    // (at least major.minor) requires it.
+    void requireUsageDescription(std::string_view key, int major, int minor);
+    bool hostHasUsageDescription(std::string_view key) const;
     // Asks the user while the service is undecided, then answers on a system queue.
     void requestService(PromptedService service, std::function<void(bool granted)> answer);
     // The capture device behind an AVMediaType, or nullopt for another type.
@@ -149,6 +171,7 @@ private:
     bool assetsLibraryServicesLoaded_ = false;
     bool addressBookPromptPending_ = false;
     bool screenCapturePromptShown_ = false;
+    int mainThreadBlockingCalls_ = 0;
 };
 
 }  // namespace vantro::sim

@@ -153,6 +153,7 @@ std::shared_ptr<EventMonitor> SimWindows::addGlobalMonitorForEventsMatchingMask(
 }
 
 void SimWindows::removeMonitor(const std::shared_ptr<EventMonitor>& monitor) {
+    if (monitor) ++removalRequests_;
     auto before = monitors_.size();
     std::erase_if(monitors_, [&](const std::shared_ptr<Monitor>& m) { return m == monitor; });
     if (monitors_.size() != before) mac_.record("framework", "removes its global mouse monitor");

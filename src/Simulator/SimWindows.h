@@ -123,6 +123,8 @@ public:
     // Replaces descriptions just before they are handed out (tests of odd windows).
     void setDescriptionFilter(std::function<void(std::vector<Value>&)> filter) { filter_ = std::move(filter); }
     std::size_t monitorCount() const { return monitors_.size(); }
+    // How often the framework asked to remove a monitor, installed or not.
+    int monitorRemovalRequests() const { return removalRequests_; }
     int windowListRequests() const { return requests_; }
 
 private:
@@ -146,6 +148,7 @@ private:
     std::map<int, std::uint64_t> raised_;
     std::uint64_t nextRaise_ = 1;
     int requests_ = 0;
+    int removalRequests_ = 0;
 };
 
 }  // namespace vantro::sim

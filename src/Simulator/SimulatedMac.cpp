@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "Platform/PosixFileSystem.h"
+#include "Simulator/PropertyListFile.h"
 
 #ifndef VANTRO_RESOURCES_DIR
 #define VANTRO_RESOURCES_DIR "Resources"
@@ -232,7 +233,35 @@ void SimulatedMac::buildDisk() {
     writeHostBundle();
 }
 
+const std::vector<std::string>& SimulatedMac::usageDescriptionKeys() {
+    static const std::vector<std::string> keys = {
+        "NSCalendarsUsageDescription", "NSCalendarsFullAccessUsageDescription", "NSRemindersUsageDescription",
+        "NSRemindersFullAccessUsageDescription", "NSContactsUsageDescription", "NSPhotoLibraryUsageDescription",
+        "NSCameraUsageDescription", "NSMicrophoneUsageDescription", "NSBluetoothAlwaysUsageDescription",
+    };
+    return keys;
+}
+
+void SimulatedMac::setHostInfoValue(std::string_view key, std::optional<Value> value) {
+    const std::string path = hostBundle_ + "/Contents/Info.plist";
+    Value::Dictionary entries;
+    if (auto info = PropertyListFile::read(path); info && info->dictionary()) entries = *info->dictionary();
+    entries.erase(std::string(key));
+    if (value) entries.emplace(std::string(key), *value);
+    PropertyListFile::writeXML(path, Value(std::move(entries)));
+}
+
 void SimulatedMac::writeHostBundle() {
+    Value::Dictionary info{
+        {"CFBundleIdentifier", Value(configuration_.hostBundleIdentifier)},
+        {"CFBundleName", Value(configuration_.hostName)},
+        {"CFBundlePackageType", Value("APPL")},
+    };
+    for (const auto& key : usageDescriptionKeys()) info.emplace(key, Value("To show what the permission list offers."));
+    std::error_code created;
+    fs::create_directories(fs::path(hostBundle_) / "Contents", created);
+    PropertyListFile::writeXML(hostBundle_ + "/Contents/Info.plist", Value(std::move(info)));
+
     // The host's own translations of the refusal alert: its title, message,
     // and the two buttons.
     struct AlertTexts {

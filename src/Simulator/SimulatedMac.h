@@ -51,6 +51,11 @@ struct MacConfiguration {
     std::vector<std::string> languages = {"en"};
     // The framework's resources: the project's Resources folder by default.
     std::string resourcesDirectory;
+    // Whether the framework's layouts were compiled (CMake's ibtool, Xcode);
+    // false as under a plain `swift build`, which copies the .xib files as
+    // they are and leaves no .nib to load. The simulated Mac reads a
+    // compiled layout from its .xib.
+    bool layoutsCompiled = true;
     bool userDatabaseHasEntry = true;
     bool staticCodeCreationFails = false;
     bool requirementCreationFails = false;
@@ -146,6 +151,12 @@ public:
     std::string realPath(std::string_view macPath) const;
     std::string homeDirectory() const { return home_; }
     std::string hostBundlePath() const { return hostBundle_; }
+
+    // The usage descriptions the host's Info.plist carries: every one the
+    // framework may need, unless a test removes one.
+    static const std::vector<std::string>& usageDescriptionKeys();
+    // Sets `key` of the host's Info.plist to `value`, or removes it (nullopt).
+    void setHostInfoValue(std::string_view key, std::optional<Value> value);
 
     // Makes a folder (and its parents) under the home directory.
     void makeHomeDirectory(std::string_view relativePath);

@@ -82,7 +82,17 @@ void VantroRequestStatusCenter::requestInputMonitoringAuthorization(bool silent)
         if (!silent) Vantro::sharedKit()->askAccessForPanelIdentifier(VantroPrivacyInputMonitoring);
         return;
     }
-    services.hidRequestAccess(kIOHIDRequestTypeListenEvent);
+    // The system's request blocks its thread until the user answers, so it
+    // is made on a background queue; its answer comes back to the main queue
+    // as every system answer does. One request waits for the user at a time:
+    // a second click meanwhile asks nothing more.
+    if (inputMonitoringRequestPending_) return;
+    inputMonitoringRequestPending_ = true;
+    auto* runLoop = &platform().runLoop();
+    runLoop->dispatchAsyncBackground([self = retainedSelf(), services = &services, runLoop] {
+        services->hidRequestAccess(kIOHIDRequestTypeListenEvent);
+        runLoop->dispatchAsyncMain([self] { self->inputMonitoringRequestPending_ = false; });
+    });
 }
 
 PrivacyAuthorizationStatus VantroRequestStatusCenter::captureDeviceStatus(PrivacyCategoryIdentifier identifier,
@@ -95,6 +105,7 @@ PrivacyAuthorizationStatus VantroRequestStatusCenter::captureDeviceStatus(Privac
 void VantroRequestStatusCenter::requestCaptureDevice(PrivacyCategoryIdentifier identifier, std::string_view mediaType,
                                                      bool silent) {
     if (!systemHasNewerPrivacyCategory(identifier)) return;
+    if (!hostDeclaresUsageDescription(identifier)) return;
     auto* runLoop = &platform().runLoop();
     // As for Calendars: the answer touches nothing until it is back on the
     // main queue, and keeps the status center alive until then.
@@ -130,6 +141,7 @@ PrivacyAuthorizationStatus VantroRequestStatusCenter::bluetoothAuthorizationStat
 
 void VantroRequestStatusCenter::requestBluetoothAuthorization(bool silent) {
     if (!systemHasNewerPrivacyCategory(VantroPrivacyBluetooth)) return;
+    if (!hostDeclaresUsageDescription(VantroPrivacyBluetooth)) return;
     auto* runLoop = &platform().runLoop();
     platform().services().requestBluetoothAccess([self = retainedSelf(), runLoop, silent](long authorization) {
         runLoop->dispatchAsyncMain([self, authorization, silent] {

@@ -94,6 +94,7 @@ void VantroRequestStatusCenter::requestPhotosAuthorization(bool silent) {
     loadPhotosFramework();
     auto& services = platform().services();
     if (!services.classExists(PHPhotoLibrary)) return;
+    if (!hostDeclaresUsageDescription(VantroPrivacyPhotos)) return;
     auto* runLoop = &platform().runLoop();
     services.requestPhotoLibraryAuthorization([self = retainedSelf(), runLoop, silent](long status) {
         // Off the main thread: only the file system is touched here. Listing

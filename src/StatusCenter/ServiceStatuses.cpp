@@ -87,7 +87,10 @@ void VantroRequestStatusCenter::requestEventStoreAccess(long entityType, Privacy
     // error, and the user would see the refusal alert without ever being
     // asked. There the full-access request, found at run time, is the one
     // that asks.
-    if (isAtLeastSonoma() && services.classInstancesRespondToSelector("EKEventStore", fullAccessRequest(entityType))) {
+    const bool fullAccess =
+        isAtLeastSonoma() && services.classInstancesRespondToSelector("EKEventStore", fullAccessRequest(entityType));
+    if (!hostDeclaresUsageDescription(identifier, fullAccess)) return;
+    if (fullAccess) {
         services.requestFullEventStoreAccess(entityType, std::move(answer));
         return;
     }
@@ -114,6 +117,7 @@ void VantroRequestStatusCenter::requestContactsAuthorization(bool silent) {
     auto& services = platform().services();
     if (isAtLeastElCapitan()) {
         if (!services.classExists("CNContactStore")) return;
+        if (!hostDeclaresUsageDescription(VantroPrivacyContacts)) return;
         auto* runLoop = &platform().runLoop();
         services.requestContactsAccess(
             CNEntityTypeContacts, [self = retainedSelf(), runLoop, silent](bool granted, const PlatformError*) {

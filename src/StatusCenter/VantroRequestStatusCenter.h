@@ -118,6 +118,17 @@ public:
     static bool servesNewerPrivacyCategories();
     static void setServesNewerPrivacyCategories(bool serves);
 
+    // The Info.plist key the host must carry before the system may be asked
+    // for `identifier` on the running release: the system ends a process that
+    // asks without it. `fullAccess` names EventKit's full-access request of
+    // macOS 14 on, which has keys of its own. nullopt where no key is needed.
+    static std::optional<std::string_view> usageDescriptionKey(std::string_view identifier, bool fullAccess = false);
+    // Whether the host's main bundle carries the key the request for
+    // `identifier` needs (or none is needed). A missing key writes
+    // "Privacy category usage description missing from Info.plist: %@" with
+    // the key to the system log; the caller then asks nothing.
+    static bool hostDeclaresUsageDescription(std::string_view identifier, bool fullAccess = false);
+
     // The refusal alert: "Permission Refused" with a button that opens the
     // privacy settings at `identifier`'s anchor. Modal; blocks until answered.
     virtual void alertOpenPrivacyPreferences(std::string_view identifier);
@@ -139,6 +150,9 @@ private:
     PrivacyAuthorizationStatus captureDeviceStatus(PrivacyCategoryIdentifier identifier, std::string_view mediaType);
     void requestCaptureDevice(PrivacyCategoryIdentifier identifier, std::string_view mediaType, bool silent);
 
+    // Whether the system's Input Monitoring request waits for the user on a
+    // background thread. Main thread only.
+    bool inputMonitoringRequestPending_ = false;
     std::atomic<bool> allowPotentiallyVerboseRechecks_{true};
     bool canRelyOnPLPrivacyValue_ = true;
 };

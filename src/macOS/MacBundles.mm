@@ -4,7 +4,7 @@
 // when built as a package, else the bundle of a framework class), the main
 // bundle, bundleWithPath:, pathForResource:ofType: and
 // pathForResource:ofType:inDirectory:forLocalization:, localizations,
-// localizedStringForKey:value:table:,
+// localizedStringForKey:value:table:, objectForInfoDictionaryKey:,
 // +preferredLocalizationsFromArray:forPreferences:, and property lists read
 // with NSPropertyListSerialization (XML, binary and the strings format; a
 // UTF-16 strings file through NSString's propertyListFromStringsFileFormat).
@@ -65,6 +65,12 @@ public:
         return toString([bundle_ localizedStringForKey:toNSString(key)
                                                  value:toNSString(value)
                                                  table:table ? toNSString(*table) : nil]);
+    }
+
+    std::optional<Value> objectForInfoDictionaryKey(std::string_view key) const override {
+        id value = [bundle_ objectForInfoDictionaryKey:toNSString(key)];
+        if (!value) return std::nullopt;
+        return toValue(value);
     }
 
 private:

@@ -5,7 +5,8 @@
 // performs (performSelector:withObject:afterDelay:, default mode) keyed by the
 // caller's target and selector, each key with a perform target of its own so
 // that cancelPreviousPerformRequestsWithTarget: drops exactly that key's
-// requests; the main queue through libdispatch (async and after); the main
+// requests, and kept only while it has performs pending; the main queue and
+// the default global queue through libdispatch (async and after); the main
 // thread and the current run-loop mode; the NSTimer behind a timer
 // (MacRunLoop.h).
 // Known gaps: none.
@@ -38,6 +39,8 @@ class MacTimer;
 // Runs the work of a delayed perform. One object per (target, selector) of
 // the caller: cancelling its requests cancels that key's and no other's.
 @interface VantroPerformTarget : NSObject
+// Performs asked for and neither run nor cancelled yet.
+@property (nonatomic) NSUInteger pending;
 - (void)perform:(id)work;
 @end
 
@@ -89,6 +92,7 @@ private:
 @implementation VantroPerformTarget
 
 - (void)perform:(id)work {
+    if (self.pending > 0) --self.pending;
     [(VantroPerformWork*)work run];
 }
 
@@ -128,17 +132,26 @@ public:
 
     void performAfterDelay(const void* target, std::string_view selector, double delay, std::function<void()> work) override {
         VantroPerformWork* box = [[VantroPerformWork alloc] initWithWork:std::move(work)];
-        [performTarget(target, selector) performSelector:@selector(perform:) withObject:box afterDelay:delay];
+        VantroPerformTarget* performer = performTarget(target, selector);
+        ++performer.pending;
+        [performer performSelector:@selector(perform:) withObject:box afterDelay:delay];
     }
 
     void cancelPreviousPerformRequests(const void* target, std::string_view selector) override {
         auto found = performTargets_.find({target, std::string(selector)});
         if (found == performTargets_.end()) return;
         [NSObject cancelPreviousPerformRequestsWithTarget:found->second];
+        found->second.pending = 0;
     }
 
     void dispatchAsyncMain(std::function<void()> work) override {
         dispatch_async(dispatch_get_main_queue(), ^{
+          work();
+        });
+    }
+
+    void dispatchAsyncBackground(std::function<void()> work) override {
+        dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_DEFAULT, 0), ^{
           work();
         });
     }
@@ -161,6 +174,9 @@ public:
 
 private:
     VantroPerformTarget* performTarget(const void* target, std::string_view selector) {
+        // A key with nothing pending is dropped: its caller may be gone, and
+        // another object at the same address starts afresh.
+        std::erase_if(performTargets_, [](const auto& entry) { return entry.second.pending == 0; });
         auto& slot = performTargets_[{target, std::string(selector)}];
         if (!slot) slot = [[VantroPerformTarget alloc] init];
         return slot;

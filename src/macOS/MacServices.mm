@@ -11,6 +11,8 @@
 // preceded by respondsToSelector:; bookmark resolution with
 // CFURLCreateByResolvingBookmarkData. Class look-ups, systemPhotoLibraryURL
 // and bookmark resolution are safe on any thread.
+// Each EventKit and Contacts request has a store of its own, which its
+// completion keeps until the answer has come and releases after it.
 // Completions of EventKit, Contacts and Photos arrive on the system's queues
 // and are handed on from a global queue, never on the requester's stack nor
 // the main thread, whatever the system did: the core hops to the main queue.
@@ -284,16 +286,20 @@ public:
         });
     }
 
-    // Sends one request to an event store made for it alone (released when
-    // this returns), with a handler that passes the answer on.
+    // Sends one request to an event store made for it alone, with a handler
+    // that passes the answer on. The handler keeps the store until the
+    // answer has come and lets it go then: a store released while its
+    // request is pending has been seen never to answer.
     static void requestWithEventStore(std::function<void(bool granted, const PlatformError* error)> completion,
                                       void (^send)(EKEventStore* store, EKEventStoreRequestAccessCompletionHandler handler)) {
         Class storeClass = classNamed(@"EKEventStore");
         if (!storeClass) return;
         EKEventStore* store = [[storeClass alloc] init];
+        __block EKEventStore* pending = store;
         auto answer = completionFor(std::move(completion));
         send(store, ^(BOOL granted, NSError* _Nullable error) {
           answer(granted, error);
+          pending = nil;
         });
     }
 
@@ -308,10 +314,13 @@ public:
         Class storeClass = classNamed(@"CNContactStore");
         if (!storeClass) return;
         CNContactStore* store = [[storeClass alloc] init];
+        // Kept by the handler until the answer has come, as the event store is.
+        __block CNContactStore* pending = store;
         auto answer = completionFor(std::move(completion));
         [store requestAccessForEntityType:static_cast<CNEntityType>(entityType)
                         completionHandler:^(BOOL granted, NSError* _Nullable error) {
                           answer(granted, error);
+                          pending = nil;
                         }];
     }
 

@@ -5,7 +5,7 @@
 // released here as the platform requires), each description a dictionary
 // with kCGWindowBounds as X, Y, Width and Height; the main screen's frame;
 // global event monitors (addGlobalMonitorForEventsMatchingMask:handler: and
-// removeMonitor:), each event handed on with its type, click count (0 for
+// removeMonitor:, one wrapper per token, removed once), each event handed on with its type, click count (0 for
 // an event that is not a mouse event) and location, and the monitor's token
 // for the guide's Objective-C twin; the overlay's layout, loaded by an
 // Objective-C VantroWindowController (the layout's owner) from the
@@ -26,6 +26,8 @@
 #import <CoreGraphics/CoreGraphics.h>
 #import <Vantro/VantroWindowController.h>
 
+#include <map>
+
 #include "macOS/MacAreas.h"
 #include "macOS/MacFoundation.h"
 #include "macOS/MacOverlay.h"
@@ -43,20 +45,36 @@ bool hasClickCount(long type) { return (type >= 1 && type <= 7) || (type >= 25 &
 constexpr char OwnerMessageContext[] = "MacOverlayWindow.owner.message";
 
 // A monitor's token, handed to AppKit for removal once only: AppKit does not
-// say what a second removal of the same monitor does.
+// say what a second removal of the same monitor does. The wrapper keeps its
+// token for its whole life, so that no other token takes its address while
+// the table below still names it.
 class MacEventMonitor final : public EventMonitor {
 public:
     explicit MacEventMonitor(id token) : token_(token) {}
     id token() const { return token_; }
     void remove() {
-        if (!token_) return;
+        if (removed_) return;
+        removed_ = true;
         [NSEvent removeMonitor:token_];
-        token_ = nil;
     }
 
 private:
     id token_;
+    bool removed_ = false;
 };
+
+// The one wrapper of each token, for as long as someone holds it: a token
+// that comes back through the guide's Objective-C property finds the wrapper
+// it had, so that it is removed once however often it is set. Main thread.
+std::shared_ptr<MacEventMonitor> wrapperFor(id token) {
+    static std::map<const void*, std::weak_ptr<MacEventMonitor>> wrappers;
+    std::erase_if(wrappers, [](const auto& entry) { return entry.second.expired(); });
+    auto& slot = wrappers[(__bridge const void*)token];
+    if (auto existing = slot.lock()) return existing;
+    auto made = std::make_shared<MacEventMonitor>(token);
+    slot = made;
+    return made;
+}
 
 // A view of the loaded layout, held weakly as an outlet holds it: the
 // window's view hierarchy owns it.
@@ -163,7 +181,7 @@ public:
                                                             handler(toEvent(event));
                                                           }];
         if (!token) return nullptr;
-        return std::make_shared<MacEventMonitor>(token);
+        return wrapperFor(token);
     }
 
     void removeMonitor(const std::shared_ptr<EventMonitor>& monitor) override {
@@ -217,7 +235,7 @@ id monitorToken(const std::shared_ptr<EventMonitor>& monitor) {
 
 std::shared_ptr<EventMonitor> eventMonitorFor(id token) {
     if (!token) return nullptr;
-    return std::make_shared<MacEventMonitor>(token);
+    return wrapperFor(token);
 }
 
 }  // namespace vantro::mac

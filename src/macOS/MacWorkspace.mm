@@ -98,9 +98,11 @@ namespace vantro::mac {
 
 namespace {
 
-// One core object per running process, as long as someone holds it.
+// One core object per running process, as long as someone holds it; the
+// entries of objects gone are dropped at the next look-up.
 std::map<pid_t, std::weak_ptr<MacRunningApplication>>& runningApplications() {
     static std::map<pid_t, std::weak_ptr<MacRunningApplication>> applications;
+    std::erase_if(applications, [](const auto& entry) { return entry.second.expired(); });
     return applications;
 }
 

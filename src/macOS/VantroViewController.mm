@@ -2,9 +2,10 @@
 //
 // Implements: VantroViewController, an NSViewController that owns a core list
 // (PermissionList/VantroViewController.h) and forwards to it. init loads the
-// layout named by +viewNibName, with the controller as its owner, from the
-// framework's bundle (for a host's subclass, from the bundle that holds the
-// subclass); viewDidLoad, viewDidAppear and viewDidDisappear go to the core;
+// layout named by +viewNibName (a Swift class's module prefix left out),
+// with the controller as its owner, from the framework's bundle (for a host's
+// subclass, from the bundle that holds the subclass), once the core has found
+// it compiled there, and otherwise gives the list an empty view; viewDidLoad, viewDidAppear and viewDidDisappear go to the core;
 // the outlets reach the core as control wrappers (MacControls.mm); the core's
 // rows are published as one NSMutableDictionary per row, the array replaced
 // with a key-value notification of "privacyCategories" each time the core
@@ -31,6 +32,8 @@
 #include <vector>
 
 #include "PermissionList/VantroViewController.h"
+#include "Platform/HostProcess.h"
+#include "Vocabulary/Layouts.h"
 #include "Vocabulary/VantroPrivacy.h"
 #include "macOS/MacBundles.h"
 #include "macOS/MacControls.h"
@@ -120,6 +123,13 @@ private:
 
 namespace {
 
+// The bundle that holds a list class. For the framework's own class that is
+// the framework's bundle, which in the Swift package is the package's
+// resource bundle rather than the bundle of the binary the class is in.
+NSBundle* bundleHolding(Class cls) {
+    return cls == [VantroViewController class] ? vantro::mac::frameworkNSBundle() : [NSBundle bundleForClass:cls];
+}
+
 // Sends the core's questions about the class to the Objective-C twin while
 // it exists, and tells the twin when the core has new rows.
 class BridgedViewController final : public CoreViewController {
@@ -135,6 +145,15 @@ public:
     std::string viewNibName() const override {
         VantroViewControllerTwin* twin = twin_;
         return twin ? vantro::mac::toString([[twin class] viewNibName]) : CoreViewController::viewNibName();
+    }
+
+    // The bundle the twin was told to load from, else the one that holds
+    // its class.
+    std::shared_ptr<vantro::Bundle> nibBundle() const override {
+        VantroViewControllerTwin* twin = twin_;
+        if (!twin) return CoreViewController::nibBundle();
+        NSBundle* bundle = twin.nibBundle ? twin.nibBundle : bundleHolding([twin class]);
+        return vantro::HostProcess::current().platform().bundles().bundleWithPath(vantro::mac::toString(bundle.bundlePath));
     }
 
     void observeValueForKeyPath(std::string_view keyPath, vantro::Observable& object,
@@ -177,13 +196,6 @@ NSMutableDictionary* _Nullable publishedFor(const vantro::PrivacyCategoryRecordP
     for (id candidate in candidates)
         if (vantro::mac::coreRowForRow(candidate) == row) return candidate;
     return nil;
-}
-
-// The bundle that holds a list class. For the framework's own class that is
-// the framework's bundle, which in the Swift package is the package's
-// resource bundle rather than the bundle of the binary the class is in.
-NSBundle* bundleHolding(Class cls) {
-    return cls == [VantroViewController class] ? vantro::mac::frameworkNSBundle() : [NSBundle bundleForClass:cls];
 }
 
 }  // namespace
@@ -229,7 +241,19 @@ PrivacyCategoryRecordPtr coreRowForRow(id _Nullable row) {
 
 - (instancetype)init {
     Class cls = [self class];
-    return [self initWithNibName:[cls viewNibName] bundle:bundleHolding(cls)];
+    // A Swift class's name carries its module; its layout's does not.
+    NSString* nibName = vantro::mac::toNSString(vantro::nibNameForClassName(vantro::mac::toString([cls viewNibName])));
+    return [self initWithNibName:nibName bundle:bundleHolding(cls)];
+}
+
+- (void)loadView {
+    // AppKit raises for a layout that is not there (a package built without
+    // compiling its layouts has none): the list shows nothing instead.
+    if (!coreList(_core, self).nibNameToLoad()) {
+        self.view = [[NSView alloc] initWithFrame:NSZeroRect];
+        return;
+    }
+    [super loadView];
 }
 
 - (void)dealloc {

@@ -115,6 +115,43 @@ TEST_F(ActivationTracking, TheMonitorSeesOnlyOtherApplicationsAndIsTriedAgainWhe
     EXPECT_EQ(mac.windows().windowListRequests(), before);
 }
 
+// Whatever replaces the installed monitor, the old one leaves the system
+// exactly once and the guide's refreshes follow only the one it holds.
+TEST_F(ActivationTracking, ReplacingTheMonitorRemovesTheOldOneOnce) {
+    enum class Replacement { Another, Same, Nothing };
+    struct Case {
+        const char* name;
+        Replacement replacement;
+        std::size_t installed;  // monitors in the system after the replacement
+        int removals;           // after the replacement and a removeMonitor
+    } cases[] = {
+        {"another monitor", Replacement::Another, 1, 2},
+        {"the same monitor", Replacement::Same, 1, 1},
+        {"no monitor", Replacement::Nothing, 0, 1},
+    };
+    for (const auto& c : cases) {
+        sim::SimulatedMac mac;
+        auto kit = Vantro::sharedKit();
+        kit->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+        mac.runFor(1.5);
+        auto old = kit->monitor();
+        ASSERT_NE(old, nullptr) << c.name;
+        std::shared_ptr<EventMonitor> replacement;
+        if (c.replacement == Replacement::Another)
+            replacement = mac.windows().addGlobalMonitorForEventsMatchingMask(1u << NSEventTypeLeftMouseDown, [](const Event&) {});
+        if (c.replacement == Replacement::Same) replacement = old;
+        kit->setMonitor(replacement);
+        EXPECT_EQ(mac.windows().monitorRemovalRequests(), c.replacement == Replacement::Same ? 0 : 1) << c.name;
+        EXPECT_EQ(mac.windows().monitorCount(), c.installed) << c.name;
+        EXPECT_EQ(kit->monitor(), replacement) << c.name;
+        kit->removeMonitor();
+        kit->removeMonitor();
+        EXPECT_EQ(mac.windows().monitorRemovalRequests(), c.removals) << c.name;
+        EXPECT_EQ(mac.windows().monitorCount(), 0u) << c.name;
+        EXPECT_EQ(kit->monitor(), nullptr) << c.name;
+    }
+}
+
 TEST_F(ActivationTracking, FirstSightWorkOpensPlacesChecksThenAsksToUnlock) {
     mac.windows().setScreenRecordingAllowed(true);
     mac.privacy().setAutomationConsent(SystemPreferencesBundleIdentifier, sim::Consent::Authorized);

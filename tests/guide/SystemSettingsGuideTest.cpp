@@ -30,12 +30,31 @@ TEST(SystemSettingsGuide, PaneURLFollowsTheRelease) {
         {2299.0, std::nullopt, settingsForm + "Privacy"},
         {2299.0, VantroPrivacyAssistive, settingsForm + "Privacy_Accessibility"},
         {2685.4, VantroPrivacyPhotos, settingsForm + "Privacy_Photos"},
+        {2298.99, VantroPrivacyDiagnostics, preferencesForm + "Privacy_Diagnostics"},
+        {2299.0, VantroPrivacyDiagnostics, settingsForm + "Privacy_Analytics"},
     };
     for (const auto& c : cases) {
         sim::SimulatedMac mac(test::atAppKit(c.appKit, "13"));
         EXPECT_TRUE(Vantro::openPrivacyPreferencesWithAnchor(c.anchor));
         ASSERT_EQ(mac.workspace().openedURLs().size(), 1u);
         EXPECT_EQ(mac.workspace().openedURLs()[0], c.url) << c.appKit << " " << c.anchor.value_or("nil");
+    }
+}
+
+// Every anchor the framework sends System Settings is one it knows: each
+// category opens its own sub-pane, not the page above them.
+TEST(SystemSettingsGuide, EveryCategoryOpensASubPaneSystemSettingsKnows) {
+    std::vector<std::string_view> identifiers(VantroPrivacyAllIdentifiers.begin(), VantroPrivacyAllIdentifiers.end());
+    identifiers.insert(identifiers.end(), {"Privacy_ScreenCapture", "Privacy_ListenEvent", "Privacy_Camera",
+                                           "Privacy_Microphone", "Privacy_Bluetooth"});
+    for (const char* release : {"13", "15", "26"}) {
+        for (auto identifier : identifiers) {
+            sim::SimulatedMac mac({.release = release});
+            Vantro::openPrivacyPreferencesWithAnchor(identifier);
+            mac.runFor(2.0);
+            EXPECT_TRUE(mac.systemPreferences().showsSubPane()) << release << " " << identifier << " shows \""
+                                                                 << mac.systemPreferences().windowTitle() << "\"";
+        }
     }
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "Guide/Vantro.h"
 #include "Overlay/VantroWindowController.h"
 #include "Overlay/ZVMainBundleIconImageView.h"
 #include "Simulator/SimOverlay.h"
@@ -180,6 +181,25 @@ TEST(VantroWindowController, LayoutThatDoesNotLoadGivesNoWindow) {
         EXPECT_FALSE(controller->inDrag()) << c.name;
         controller->setMessage("still works");
         EXPECT_EQ(controller->message(), std::optional<std::string>("still works")) << c.name;
+    }
+}
+
+// Under `swift build` the layout is not compiled: the guide's session goes on
+// without an overlay, one log line says so, and the platform is never asked
+// for a layout it does not have.
+TEST(VantroWindowController, AnUncompiledLayoutIsNotAskedForAndSaysSoOnce) {
+    for (bool compiled : {true, false}) {
+        sim::MacConfiguration configuration;
+        configuration.layoutsCompiled = compiled;
+        sim::SimulatedMac mac(configuration);
+        auto guide = Vantro::sharedKit();
+        guide->askAccessForPanelIdentifier(VantroPrivacyFullDiskAccess);
+        mac.runFor(3.0);
+        EXPECT_EQ(guide->isOverlayShown(), compiled) << compiled;
+        std::vector<std::string> expectedLog;
+        if (!compiled) expectedLog.push_back("Compiled layout not found: VantroWindowController");
+        EXPECT_EQ(mac.log().lines(), expectedLog) << compiled;
+        EXPECT_FALSE(mac.timeline().contains("the layout VantroWindowController is missing", "overlay")) << compiled;
     }
 }
 
