@@ -71,10 +71,12 @@ NS_SWIFT_NAME(VantroGuide) NS_SWIFT_UI_ACTOR
 @property (nonatomic) BOOL didSeePrivacyPanel;
 /// Told of the session's steps; held weakly.
 @property (nonatomic, weak, nullable) id<VantroDelegate> delegate;
-/// The application whose hiding hides the overlay: the host.
-@property (nonatomic, strong, nullable) NSRunningApplication *hostApplication;
-/// The token of the global mouse monitor while it is installed.
-@property (nonatomic, strong, nullable) id monitor;
+/// The application whose hiding hides the overlay: the host. Its accessors
+/// are atomic: another thread may read it while the main thread sets it.
+@property (atomic, strong, nullable) NSRunningApplication *hostApplication;
+/// The token of the global mouse monitor while it is installed; atomic like
+/// `hostApplication`.
+@property (atomic, strong, nullable) id monitor;
 /// The overlay's controller, made on the first placement and kept.
 @property (nonatomic, strong, nullable) VantroWindowController *windowController;
 /// The category of the current session; also its anchor.

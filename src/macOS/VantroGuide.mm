@@ -189,20 +189,31 @@ std::optional<std::string> toOptional(NSString* _Nullable text) { return vantro:
     _core->setDelegate(_delegateBridge);
 }
 
+// hostApplication and monitor are declared atomic: their accessors take
+// the object's lock, so a reader on another thread gets a whole value from
+// another accessor's write.
 - (NSRunningApplication*)hostApplication {
-    return vantro::mac::nsRunningApplication(_core->hostApplication());
+    @synchronized(self) {
+        return vantro::mac::nsRunningApplication(_core->hostApplication());
+    }
 }
 
 - (void)setHostApplication:(NSRunningApplication*)application {
-    _core->setHostApplication(vantro::mac::runningApplicationFor(application));
+    @synchronized(self) {
+        _core->setHostApplication(vantro::mac::runningApplicationFor(application));
+    }
 }
 
 - (id)monitor {
-    return vantro::mac::monitorToken(_core->monitor());
+    @synchronized(self) {
+        return vantro::mac::monitorToken(_core->monitor());
+    }
 }
 
 - (void)setMonitor:(id)monitor {
-    _core->setMonitor(vantro::mac::eventMonitorFor(monitor));
+    @synchronized(self) {
+        _core->setMonitor(vantro::mac::eventMonitorFor(monitor));
+    }
 }
 
 - (VantroWindowController*)windowController {
