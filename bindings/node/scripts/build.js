@@ -3,6 +3,8 @@
 // sources are the package's vendor/ folder, or the repository around it.
 // VANTRO_LIBRARY_DIR names a build of Vantro that already holds libvantro
 // (Linux) or Vantro.framework (macOS), and then only the add-on is built.
+// VANTRO_BUILD_TYPE chooses how Vantro is built from source (Release unless
+// told otherwise).
 'use strict';
 const { execFileSync } = require('child_process');
 const fs = require('fs');
@@ -34,7 +36,7 @@ let library = process.env.VANTRO_LIBRARY_DIR;
 const macFlags = process.platform === 'darwin' ? ['-DCMAKE_OSX_ARCHITECTURES=arm64;x86_64'] : [];
 if (!library) {
   library = path.join(here, 'build', 'vantro');
-  run('cmake', ['-S', source, '-B', library, ...generator, '-DCMAKE_BUILD_TYPE=Release', '-DVANTRO_BUILD_TESTS=OFF',
+  run('cmake', ['-S', source, '-B', library, ...generator, `-DCMAKE_BUILD_TYPE=${process.env.VANTRO_BUILD_TYPE || 'Release'}`, '-DVANTRO_BUILD_TESTS=OFF',
                 '-DVANTRO_BUILD_BENCH=OFF', ...macFlags]);
   run('cmake', ['--build', library, '--target', process.platform === 'darwin' ? 'Vantro' : 'vantro_c', '--parallel', jobs]);
 }
