@@ -58,9 +58,7 @@ int runGuide(Arguments args, const Streams& io) {
                              "\" cannot be put in the URL that opens the settings: spaces, control bytes, bytes "
                              "beyond ASCII and \"<>\\^`{|} are not allowed there"};
     }
-    if (!isNewerPrivacyCategory(*identifier) &&
-        std::find(VantroPrivacyAllIdentifiers.begin(), VantroPrivacyAllIdentifiers.end(), *identifier) ==
-            VantroPrivacyAllIdentifiers.end())
+    if (!privacyCategoryIdentifierNamed(*identifier))
         io.warn(*identifier + " is not a privacy category identifier: the guide opens the settings at it all the same");
     else if (isNewerPrivacyCategory(*identifier) && !options.newer)
         io.warn(*identifier + " gets the guide's default prompt: the newer categories have their own only with --newer-categories");

@@ -34,15 +34,9 @@ std::size_t displayWidth(const std::string& text) {
     return width;
 }
 
-// One of the sixteen identifiers, or of the newer categories.
-bool isKnownIdentifier(std::string_view identifier) {
-    auto in = [&](const auto& all) { return std::find(all.begin(), all.end(), identifier) != all.end(); };
-    return in(VantroPrivacyAllIdentifiers) || in(VantroPrivacyNewerIdentifiers);
-}
-
 // Why the list leaves out `identifier`, which was requested.
 std::string whyLeftOut(std::string_view identifier, const MacOptions& options, const sim::SimulatedMac& mac) {
-    if (!isKnownIdentifier(identifier)) return "it is not a privacy category identifier";
+    if (!privacyCategoryIdentifierNamed(identifier)) return "it is not a privacy category identifier";
     if (isNewerPrivacyCategory(identifier) && !options.newer) return "the newer categories are listed only with --newer-categories";
     if (identifier == VantroPrivacyFilesAndFolders) return "the list offers the folders and volumes one by one, never all of them at once";
     if (identifier == VantroPrivacyFullDiskAccess && options.configuration.sandboxed)

@@ -56,10 +56,7 @@ int enter() {
 // A category the framework knows on this run: one of its own sixteen, or a
 // newer one while they are on.
 bool isCategory(std::string_view identifier) {
-    if (std::find(VantroPrivacyAllIdentifiers.begin(), VantroPrivacyAllIdentifiers.end(), identifier) !=
-        VantroPrivacyAllIdentifiers.end())
-        return true;
-    return isNewerPrivacyCategory(identifier) && !isPrivacyCategoryWithheld(identifier);
+    return privacyCategoryIdentifierNamed(identifier) && !isPrivacyCategoryWithheld(identifier);
 }
 
 // The checks every call taking an identifier makes, in this order: the
@@ -77,11 +74,8 @@ bool servesStatus(std::string_view identifier) {
 
 // The static text of a category's identifier, which outlives every call.
 const char* staticIdentifier(std::string_view identifier) {
-    for (auto known : VantroPrivacyAllIdentifiers)
-        if (known == identifier) return known.data();
-    for (auto known : VantroPrivacyNewerIdentifiers)
-        if (known == identifier) return known.data();
-    return nullptr;
+    auto known = privacyCategoryIdentifierNamed(identifier);
+    return known ? known->data() : nullptr;
 }
 
 char* copyString(const std::string& text) {

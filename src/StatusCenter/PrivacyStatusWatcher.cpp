@@ -67,12 +67,11 @@ void PrivacyStatusWatcher::removeChangeHandler(HandlerToken token) {
 }
 
 PrivacyAuthorizationStatus PrivacyStatusWatcher::read(std::string_view identifier) {
-    auto center = VantroRequestStatusCenter::sharedRequestStatusCenter();
     // An identifier the status center does not serve is never asked for: its
     // answer would be a line in the system log at every reading.
     if (!VantroRequestStatusCenter::servesPrivacyAuthorizationStatusForIdentifier(identifier))
         return PrivacyAuthorizationStatusNotDetermined;
-    return center->privacyAuthorizationStatusForIdentifier(identifier);
+    return VantroRequestStatusCenter::sharedRequestStatusCenter()->privacyAuthorizationStatusForIdentifier(identifier);
 }
 
 void PrivacyStatusWatcher::recheckPrivacyStatuses() {

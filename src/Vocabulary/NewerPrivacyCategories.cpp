@@ -21,6 +21,14 @@ bool isNewerPrivacyCategory(std::string_view identifier) {
            VantroPrivacyNewerIdentifiers.end();
 }
 
+std::optional<PrivacyCategoryIdentifier> privacyCategoryIdentifierNamed(std::string_view identifier) {
+    for (auto known : VantroPrivacyAllIdentifiers)
+        if (known == identifier) return known;
+    for (auto known : VantroPrivacyNewerIdentifiers)
+        if (known == identifier) return known;
+    return std::nullopt;
+}
+
 bool newerPrivacyCategoriesServed() { return processState().served; }
 
 void setNewerPrivacyCategoriesServed(bool served) { processState().served = served; }

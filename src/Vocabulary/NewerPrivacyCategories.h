@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "Vocabulary/VantroPrivacy.h"
@@ -28,6 +29,11 @@ inline constexpr std::string_view kScreenRecordingAccessRequested = "VantroScree
 
 // Whether `identifier` is one of the five newer categories.
 bool isNewerPrivacyCategory(std::string_view identifier);
+
+// The framework's own constant for `identifier` when it names one of the
+// sixteen categories or of the five newer ones, whether or not these are
+// served: static text that outlives every caller. nullopt for anything else.
+std::optional<PrivacyCategoryIdentifier> privacyCategoryIdentifierNamed(std::string_view identifier);
 
 // Whether the host has turned the newer categories on for this process. Off
 // by default: until the host turns them on, the framework knows nothing of
