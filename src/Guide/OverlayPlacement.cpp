@@ -43,8 +43,6 @@ bool sheetInFront(const Value& window, const std::vector<const Value*>& inFront)
 
 }  // namespace
 
-std::optional<Value> Vantro::preferencesWindow() { return preferencesWindow(nullptr); }
-
 std::optional<Value> Vantro::preferencesWindow(bool* sheetShown) {
     auto& platform = HostProcess::current().platform();
     long wantedPID = -1;

@@ -106,11 +106,9 @@ public:
     void removeMonitor();
 
     // The System Preferences window's description while System Preferences
-    // is in front, or nullopt.
-    std::optional<Value> preferencesWindow();
-    // The same window, and whether an alert sheet of the settings application
-    // lies over it (see isReopenSheetShown).
-    std::optional<Value> preferencesWindow(bool* sheetShown);
+    // is in front, or nullopt; with `sheetShown`, also whether an alert sheet
+    // of the settings application lies over it (see isReopenSheetShown).
+    std::optional<Value> preferencesWindow(bool* sheetShown = nullptr);
     void updateOverlay();
     void placeWindowForItem(const Value& windowDescription);
     void checkWindowName();
